@@ -1,0 +1,30 @@
+// front_end.cpp — console output through the installed front end, copied to the log.
+#include "exec/front_end.h"
+
+#include <cstdarg>
+
+namespace tl {
+
+HostState host;
+
+void console_write(std::string_view text) {
+    if (text.empty()) return;
+    if (host.front_end != nullptr) host.front_end->write(text);
+    if (host.log != nullptr) {
+        std::fwrite(text.data(), 1, text.size(), host.log);
+        std::fflush(host.log);
+    }
+}
+
+void console_print(const char* format, ...) {
+    char buffer[4096];
+    va_list args;
+    va_start(args, format);
+    int n = std::vsnprintf(buffer, sizeof buffer, format, args);
+    va_end(args);
+    if (n < 0) return;
+    if (n >= static_cast<int>(sizeof buffer)) n = sizeof buffer - 1;
+    console_write(std::string_view(buffer, static_cast<std::size_t>(n)));
+}
+
+}  // namespace tl

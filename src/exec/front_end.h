@@ -1,0 +1,70 @@
+// front_end.h — the one interface through which the interpreter reaches the user.
+//
+// The interpreter core never talks to a terminal, a window or a test directly:
+// each host (Console mode, the Qt window, the tests, the fuzzer) implements this
+// interface and installs it with set_front_end().
+#pragma once
+
+#include <atomic>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace tl {
+
+class FrontEnd {
+public:
+    virtual ~FrontEnd() = default;
+
+    /// Appends text to the console. Text may hold several lines or part of one.
+    virtual void write(std::string_view text) = 0;
+
+    /// Reads one line of input after showing `prompt`; the line end is removed.
+    /// Returns false at end of input.
+    virtual bool read_line(std::string_view prompt, std::string& line) = 0;
+
+    /// Reads one key without echo; returns -1 when none can be read.
+    virtual int read_key() { return -1; }
+
+    /// Runs between statements so that the user interface stays live.
+    virtual void pump_events() {}
+
+    /// True for the terminal front end, where graphs and dialogs are refused.
+    virtual bool console_mode() const { return true; }
+
+    /// Shows a message to the user (a box in the window, a line in a terminal).
+    virtual void message_box(std::string_view title, std::string_view text) {
+        write(title);
+        write(": ");
+        write(text);
+        write("\n");
+    }
+};
+
+/// Flags through which a front end steers a running program. They are read by
+/// the run loop at statement boundaries and may be set from a signal handler.
+struct RunFlags {
+    std::atomic<bool> interrupt_requested{false};
+    std::atomic<bool> step_requested{false};
+    std::atomic<bool> step_mode{false};
+};
+
+/// The interpreter's link to its host: the front end, the log file and the flags.
+struct HostState {
+    /// Installed front end (not owned); null means output is discarded.
+    FrontEnd* front_end = nullptr;
+    /// Open log file that receives a copy of every console line, or null.
+    std::FILE* log = nullptr;
+    RunFlags flags;
+};
+
+extern HostState host;
+
+/// Appends text to the console and copies it to the log, which is flushed at
+/// once so that a killed process loses nothing that was shown.
+void console_write(std::string_view text);
+
+/// printf-style console output (cut at 4095 characters).
+void console_print(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+}  // namespace tl

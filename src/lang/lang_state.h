@@ -1,0 +1,20 @@
+// lang_state.h — the language core's process-wide state in one record.
+#pragma once
+
+#include <chrono>
+
+#include "lang/error_reporter.h"
+#include "lang/predefined_variables.h"
+
+namespace tl {
+
+struct LangState {
+    ReporterState reporter;
+    PredefinedTable predefined;
+    /// Start of the clock read by the timing functions.
+    std::chrono::steady_clock::time_point start_time{};
+};
+
+extern LangState lang;
+
+}  // namespace tl

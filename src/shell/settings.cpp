@@ -1,0 +1,1 @@
+// settings.cpp — placeholder until the settings store lands.
