@@ -1,0 +1,196 @@
+// program_store.cpp — reading program files into the Program Buffer and walking its lines.
+#include "exec/program_store.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "exec/front_end.h"
+#include "exec/memory_areas.h"
+#include "lang/error_reporter.h"
+#include "lang/error_table.h"
+#include "lang/lang_state.h"
+
+namespace tl {
+namespace {
+
+/// Reads the whole file; false when it cannot be opened or read.
+bool read_file(const std::string& path, std::vector<char>& out, std::size_t limit) {
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    if (f == nullptr) return false;
+    out.clear();
+    char chunk[65536];
+    bool ok = true;
+    for (;;) {
+        std::size_t n = std::fread(chunk, 1, sizeof chunk, f);
+        out.insert(out.end(), chunk, chunk + n);
+        if (out.size() > limit) break;  // too large anyway; stop reading
+        if (n < sizeof chunk) {
+            ok = std::ferror(f) == 0;
+            break;
+        }
+    }
+    std::fclose(f);
+    return ok;
+}
+
+bool ends_with_crlf(const char* text, std::uint32_t length) {
+    return length >= 2 && text[length - 2] == '\r' && text[length - 1] == '\n';
+}
+
+}  // namespace
+
+bool end_text_with_crlf() {
+    char* text = areas.program.get();
+    if (areas.program_length == 0 || ends_with_crlf(text, areas.program_length)) return true;
+    if (areas.program_length + 3 > areas.program_size) return false;
+    text[areas.program_length++] = '\r';
+    text[areas.program_length++] = '\n';
+    text[areas.program_length] = 0;
+    return true;
+}
+
+int read_program_file(const std::string& path, ReadMode mode, std::uint32_t insert_at) {
+    std::vector<char> file;
+    const std::uint32_t size = areas.program_size;
+    if (!read_file(path, file, size)) return report_error(err_unable_load_program);
+    char* text = areas.program.get();
+
+    if (mode == read_load) {
+        if (file.size() >= size - 1) return report_error(err_program_too_large_buffer);
+        std::memcpy(text, file.data(), file.size());
+        areas.program_length = static_cast<std::uint32_t>(file.size());
+        text[areas.program_length] = 0;
+        return 0;
+    }
+
+    // Append and include build the new text aside, so a failure leaves the old one.
+    const std::uint32_t old_length = areas.program_length;
+    const std::uint32_t cut = mode == read_append ? old_length : (insert_at < old_length ? insert_at : old_length);
+    std::vector<char> joined(text, text + cut);
+    if (!joined.empty() && !ends_with_crlf(joined.data(), static_cast<std::uint32_t>(joined.size()))) {
+        joined.push_back('\r');
+        joined.push_back('\n');
+    }
+    joined.insert(joined.end(), file.begin(), file.end());
+    if (mode == read_include) {
+        if (!file.empty() && !ends_with_crlf(joined.data(), static_cast<std::uint32_t>(joined.size()))) {
+            joined.push_back('\r');
+            joined.push_back('\n');
+        }
+        joined.insert(joined.end(), text + cut, text + old_length);
+    }
+    if (joined.size() >= size - 1) return report_error(err_program_too_large_buffer);
+    std::memcpy(text, joined.data(), joined.size());
+    areas.program_length = static_cast<std::uint32_t>(joined.size());
+    text[areas.program_length] = 0;
+    return 0;
+}
+
+int next_line(std::uint32_t offset, ProgramLine& line) {
+    const char* text = areas.program.get();
+    const std::uint32_t length = areas.program_length;
+    if (offset >= length) return -1;
+    const void* lf = std::memchr(text + offset, '\n', length - offset);
+    const std::uint32_t end = lf != nullptr ? static_cast<std::uint32_t>(static_cast<const char*>(lf) - text) + 1 : length;
+    line.start = offset;
+    line.next = end;
+    if (end - offset > max_line_bytes) {
+        // Show the start of the offending line in the report.
+        std::memcpy(line.text, text + offset, max_line_bytes);
+        line.text[max_line_bytes] = 0;
+        line.length = max_line_bytes;
+        lang.reporter.text = line.text;
+        lang.reporter.statement_start = line.text;
+        lang.reporter.error_column = 0;
+        return report_error(err_statement_too_long_255);
+    }
+    std::uint32_t n = end - offset;
+    std::memcpy(line.text, text + offset, n);
+    if (n > 0 && line.text[n - 1] == '\n') --n;
+    if (n > 0 && line.text[n - 1] == '\r') --n;
+    line.text[n] = 0;
+    line.length = static_cast<int>(n);
+    return 0;
+}
+
+int read_statement_number(const char*& p, const char* line_start, std::uint32_t& number, bool allow_comma) {
+    if (*p < '0' || *p > '9') return 0;
+    const char* begin = p;
+    double value = 0;
+    int digits = 0;
+    while (*p >= '0' && *p <= '9') {
+        if (++digits > 10) {
+            lang.reporter.error_column = static_cast<int>(begin - line_start);
+            return report_error(err_statement_number_has_too_many);
+        }
+        value = value * 10 + (*p - '0');
+        ++p;
+    }
+    const char c = *p;
+    const bool ends = c == 0 || c == ' ' || c == '\t' || c == ':' || c == '\r' || (c == '/' && p[1] == '/') ||
+                      (allow_comma && c == ',');
+    if (!ends || value == 0 || value > 2147483647.0) {
+        lang.reporter.error_column = static_cast<int>(begin - line_start);
+        return report_error(err_invalid_statement_number);
+    }
+    number = static_cast<std::uint32_t>(value);
+    return 1;
+}
+
+int find_statement_entry(std::uint32_t number) {
+    for (std::uint32_t i = 0; i < areas.statement_number_count; ++i) {
+        if (areas.statement_numbers[i].number == number) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+std::int64_t find_statement(std::uint32_t number) {
+    const int i = find_statement_entry(number);
+    if (i < 0) return report_error(err_statement_number_not_found);
+    return areas.statement_numbers[i].program_offset;
+}
+
+void format_offset(std::uint32_t offset, char (&out)[16]) {
+    if (offset < 0x10000) {
+        std::snprintf(out, sizeof out, "    %4X", offset);
+    } else {
+        std::snprintf(out, sizeof out, "%4X%04X", offset >> 16, offset & 0xFFFF);
+    }
+}
+
+void list_program() {
+    if (areas.scan_only) return;
+    char a[16], b[16], c[16];
+    std::uint32_t offset = 0;
+    while (offset < areas.program_length) {
+        const std::uint32_t start = offset;
+        const char* text = areas.program.get();
+        const void* lf = std::memchr(text + offset, '\n', areas.program_length - offset);
+        offset = lf != nullptr ? static_cast<std::uint32_t>(static_cast<const char*>(lf) - text) + 1 : areas.program_length;
+        std::uint32_t n = offset - start;
+        if (n > 0 && text[start + n - 1] == '\n') --n;
+        if (n > 0 && text[start + n - 1] == '\r') --n;
+        format_offset(start, a);
+        console_print("%s  %.*s\r\n", a, static_cast<int>(n), text + start);
+    }
+    console_write("  stmt-num pgm-offset loop-offset loop-stmt-offset\n");
+    for (std::uint32_t i = 0; i < areas.statement_number_count; ++i) {
+        const StatementNumberEntry& e = areas.statement_numbers[i];
+        format_offset(e.program_offset, a);
+        format_offset(e.loop_offset, b);
+        format_offset(e.loop_statement_offset, c);
+        console_print("%10i   %s    %s         %s\n", static_cast<int>(e.number), a, b, c);
+    }
+    console_write("\n  stmt-num pgm-offset data-offset         data length\n");
+    for (std::uint32_t i = 0; i < areas.data_statement_count; ++i) {
+        const DataStatementEntry& e = areas.data_statements[i];
+        format_offset(e.program_offset, a);
+        format_offset(e.data_offset, b);
+        format_offset(e.data_length, c);
+        console_print("%10i   %s    %s         %s\n", static_cast<int>(e.number), a, b, c);
+    }
+}
+
+}  // namespace tl
