@@ -1,8 +1,6 @@
 // Tests of the session log: header, copying of console lines, and failure to open.
 #include "shell/log_file.h"
 
-#include <regex>
-
 #include "shell_test_support.h"
 #include "test_support.h"
 
@@ -38,6 +36,11 @@ protected:
         host.front_end = nullptr;
     }
     std::string log_text() const { return read_file(dir / "session.log"); }
+    static std::string header_at(std::time_t when) {
+        std::tm local{};
+        localtime_r(&when, &local);
+        return "Tessaline BASIC Log File\nDate & Time = " + shell::asctime_text(local);
+    }
 };
 
 TEST(AsctimeText, MatchesTheCRuntimeForm) {
@@ -70,13 +73,12 @@ TEST(LogFileName, JoinsPathAndName) {
 
 TEST_F(LogFileTest, HeaderThenEveryConsoleLineIsOnDiskAtOnce) {
     write_file(dir / "session.log", "an older session that must go\n");
+    const std::time_t before = std::time(nullptr);
     ASSERT_TRUE(shell::start_log_file(settings));
+    const std::time_t after = std::time(nullptr);
     EXPECT_EQ(fe.take(), "Log File Opened\n");
-    const std::regex header(
-        "Tessaline BASIC Log File\nDate & Time = (Sun|Mon|Tue|Wed|Thu|Fri|Sat) "
-        "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 123][0-9] [0-2][0-9]:[0-5][0-9]:[0-6][0-9] [0-9]{4}\n");
     const std::string head = log_text();
-    EXPECT_TRUE(std::regex_match(head, header)) << head;
+    EXPECT_TRUE(head == header_at(before) || head == header_at(after)) << head;
 
     console_write("Command: ");
     console_print("%d\n", 42);
