@@ -1,1 +1,161 @@
-// settings.cpp — placeholder until the settings store lands.
+// settings.cpp — reading and writing the user's settings through QSettings.
+#include "shell/settings.h"
+
+#include <QFile>
+#include <QSettings>
+#include <QStringDecoder>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <memory>
+#include <optional>
+
+namespace tl::shell {
+namespace {
+
+std::unique_ptr<QSettings> open_store(const std::string& ini_file) {
+    if (ini_file.empty())
+        return std::make_unique<QSettings>(QString::fromLatin1(settings_organisation),
+                                           QString::fromLatin1(settings_application));
+    return std::make_unique<QSettings>(QString::fromStdString(ini_file), QSettings::IniFormat);
+}
+
+/// True when the file is absent or holds plain UTF-8 text. Qt's INI reader
+/// accepts nearly anything, so binary junk is caught here: a file that is not
+/// text is treated as unreadable and never rewritten.
+bool file_is_text(const QString& path) {
+    QFile file(path);
+    if (!file.exists()) return true;
+    if (!file.open(QIODevice::ReadOnly)) return false;
+    const QByteArray bytes = file.readAll();
+    for (const char c : bytes) {
+        const auto u = static_cast<unsigned char>(c);
+        if (u < 0x20 && u != '\t' && u != '\n' && u != '\r') return false;
+        if (u == 0x7f) return false;
+    }
+    QStringDecoder decode(QStringDecoder::Utf8);
+    (void)decode.decode(bytes);
+    return !decode.hasError();
+}
+
+/// The store, or null when its file cannot be used.
+std::unique_ptr<QSettings> open_usable_store(const std::string& ini_file) {
+    auto store = open_store(ini_file);
+    if (store->status() != QSettings::NoError || !file_is_text(store->fileName())) return nullptr;
+    return store;
+}
+
+/// A stored number, or nothing when the value is missing or not an unsigned 32-bit number.
+std::optional<std::uint32_t> read_number(const QSettings& store, const char* name) {
+    const QVariant v = store.value(QString::fromLatin1(name));
+    if (!v.isValid()) return std::nullopt;
+    bool ok = false;
+    const uint n = v.toString().trimmed().toUInt(&ok);
+    if (!ok) return std::nullopt;
+    return static_cast<std::uint32_t>(n);
+}
+
+/// A stored text up to `max_length` characters, or nothing when missing or longer.
+/// An unquoted comma makes the INI reader split the value; it is joined again.
+std::optional<std::string> read_text(const QSettings& store, const QString& name, int max_length) {
+    const QVariant v = store.value(name);
+    if (!v.isValid()) return std::nullopt;
+    const QString text =
+        v.typeId() == QMetaType::QStringList ? v.toStringList().join(QStringLiteral(", ")) : v.toString();
+    if (text.size() > max_length) return std::nullopt;
+    return text.toStdString();
+}
+
+void read_path(const QSettings& store, const char* name, std::string& target) {
+    if (auto text = read_text(store, QString::fromLatin1(name), max_path_setting)) target = *text;
+}
+
+std::uint32_t clamp_to(std::uint32_t v, std::uint32_t lo, std::uint32_t hi) { return v < lo ? lo : (v > hi ? hi : v); }
+
+void read_recent(const QSettings& store, RecentList& list) {
+    list.first_non_empty = -1;
+    for (std::size_t i = 0; i < list.entries.size(); ++i) {
+        const QString name = QString::fromLatin1(list.value_prefix) + QString::number(i);
+        list.entries[i] = read_text(store, name, max_recent_entry).value_or(std::string());
+        if (list.first_non_empty < 0 && !list.entries[i].empty()) list.first_non_empty = static_cast<int>(i);
+    }
+}
+
+void write_recent(QSettings& store, const RecentList& list) {
+    for (std::size_t i = 0; i < list.entries.size(); ++i) {
+        const QString name = QString::fromLatin1(list.value_prefix) + QString::number(i);
+        if (list.entries[i].empty())
+            store.remove(name);
+        else
+            store.setValue(name, QString::fromStdString(list.entries[i]));
+    }
+}
+
+}  // namespace
+
+AppSettings load_settings(const std::string& ini_file) {
+    AppSettings s;
+    auto store = open_usable_store(ini_file);
+    if (!store) return s;
+    store->beginGroup(QString::fromLatin1(settings_group));
+
+    for (int i = 0; i < sizing_count; ++i) {
+        const auto index = static_cast<SizingIndex>(i);
+        const std::uint32_t stored = read_number(*store, sizing_records[static_cast<std::size_t>(i)].value_name).value_or(0);
+        s.sizes.value[static_cast<std::size_t>(i)] = clamp_sizing(index, stored);
+    }
+
+    read_path(*store, "LogFilePath", s.log_file_path);
+    read_path(*store, "LogFileName", s.log_file_name);
+    read_path(*store, "SrcPgmPath", s.src_pgm_path);
+    read_path(*store, "SrcPgmName", s.src_pgm_name);
+    read_path(*store, "JpegPath", s.jpeg_path);
+    read_path(*store, "JpegFile", s.jpeg_file);
+    read_path(*store, "WorkPath", s.work_path);
+
+    s.create_log_file = read_number(*store, "CreateLogFile").value_or(0) != 0;
+    s.working_dir = read_number(*store, "WorkingDir").value_or(0);
+    if (auto q = read_number(*store, "JPEGQuality")) s.jpeg_quality = clamp_to(*q, jpeg_quality_min, jpeg_quality_max);
+    if (auto r = read_number(*store, "JPEGResolution"))
+        s.jpeg_resolution = clamp_to(*r, jpeg_resolution_min, jpeg_resolution_max);
+
+    read_recent(*store, s.recent_working_dirs);
+    read_recent(*store, s.recent_log_files);
+    read_recent(*store, s.recent_source_programs);
+    read_recent(*store, s.recent_commands);
+    return s;
+}
+
+bool save_settings(const AppSettings& s, const std::string& ini_file) {
+    // Never overwrite a file that could not be read: the user may want it back.
+    auto store = open_usable_store(ini_file);
+    if (!store) return false;
+    store->beginGroup(QString::fromLatin1(settings_group));
+
+    const auto put_text = [&](const char* name, const std::string& v) {
+        store->setValue(QString::fromLatin1(name), QString::fromStdString(v));
+    };
+    put_text("LogFilePath", s.log_file_path);
+    put_text("LogFileName", s.log_file_name);
+    put_text("SrcPgmPath", s.src_pgm_path);
+    put_text("SrcPgmName", s.src_pgm_name);
+    put_text("JpegPath", s.jpeg_path);
+    put_text("JpegFile", s.jpeg_file);
+    put_text("WorkPath", s.work_path);
+    store->setValue(QStringLiteral("CreateLogFile"), s.create_log_file ? 1U : 0U);
+    store->setValue(QStringLiteral("WorkingDir"), s.working_dir);
+    store->setValue(QStringLiteral("JPEGQuality"), s.jpeg_quality);
+    store->setValue(QStringLiteral("JPEGResolution"), s.jpeg_resolution);
+
+    write_recent(*store, s.recent_working_dirs);
+    write_recent(*store, s.recent_log_files);
+    write_recent(*store, s.recent_source_programs);
+    write_recent(*store, s.recent_commands);
+
+    store->endGroup();
+    store->sync();
+    return store->status() == QSettings::NoError;
+}
+
+}  // namespace tl::shell

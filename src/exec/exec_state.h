@@ -1,0 +1,88 @@
+// exec_state.h — the state of a running program: position, blocks, skip mode, jumps.
+#pragma once
+
+#include <cstdint>
+
+#include "exec/program_store.h"
+#include "lang/item.h"
+
+namespace tl {
+
+enum BlockType : int {
+    block_none = 0,
+    block_gosub = 1,
+    block_while = 2,
+    block_if = 3,
+    block_for = 4,
+};
+
+/// Where execution stands and which blocks are open. FOR, WHILE, IF and GOSUB
+/// save the parts they change and restore them on every way out.
+struct ExecPosition {
+    /// Offset of the current line in the Program Buffer.
+    std::uint32_t line_offset = 0;
+    /// Offset of the line after it (where the run loop goes next).
+    std::uint32_t next_offset = 0;
+    /// Where in its line the run loop is to resume; -1 for none.
+    std::int32_t resume_in_line = -1;
+};
+
+struct BlockState {
+    int block_type = block_none;
+    bool inside_for = false;
+    bool inside_while = false;
+    bool inside_gosub = false;
+    bool inside_if = false;
+    bool if_condition = false;
+    bool else_seen = false;
+    /// Loop identification of the innermost open FOR or WHILE: its line's
+    /// program offset and the offset of its statement in that line.
+    std::uint32_t loop_offset = 0;
+    std::uint32_t loop_statement_offset = 0;
+    bool while_begun_in_line = false;
+};
+
+struct ExecState {
+    ExecPosition position;
+    BlockState block;
+
+    bool skip = false;         ///< statements are scanned, not executed
+    bool forced_skip = false;  ///< a block entered while skipping
+    bool check_mode = false;   ///< the check pass
+
+    bool next_reached = false;
+    bool wend_reached = false;
+    /// Line offset of the NEXT or WEND and the position behind it in its line.
+    std::uint32_t end_line_offset = 0;
+    std::int32_t end_in_line = 0;
+
+    bool return_reached = false;
+    Item return_value;
+
+    bool break_pending = false;
+    bool continue_pending = false;
+
+    std::uint32_t jump_target = 0;  ///< statement number, 0 for none
+    bool program_ended = false;
+    bool chain_pending = false;
+    bool chain_keep_data = false;
+    char chain_file[261] = {};
+
+    bool trace = false;
+    bool announce = false;  ///< the first stepping wait prints the banner
+    bool paused = false;    ///< stopped at a statement (CONT may continue)
+    bool program_has_errors = true;
+    bool program_messages = true;
+
+    /// Number of the line being executed, for messages and trace.
+    std::uint32_t statement_number = 0;
+    /// Offset where the line typed at the prompt starts (behind the program).
+    std::uint32_t command_line_offset = 0;
+    bool running_command_line = false;
+    /// The current program file name.
+    char program_file[261] = {};
+};
+
+extern ExecState exec;
+
+}  // namespace tl

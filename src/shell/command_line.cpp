@@ -1,0 +1,74 @@
+// command_line.cpp — command-line checks, the program's folder and the usage text.
+#include "shell/command_line.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <system_error>
+
+namespace tl::shell {
+namespace {
+
+bool is_console_switch(const std::string& p) {
+    return p.size() == 2 && p[0] == '/' && std::tolower(static_cast<unsigned char>(p[1])) == 'c';
+}
+
+}  // namespace
+
+std::size_t command_line_length(const std::string& program_path, const std::vector<std::string>& parameters) {
+    std::size_t length = program_path.size();
+    for (const std::string& p : parameters) length += 1 + p.size();
+    return length;
+}
+
+CommandLineCheck check_command_line(const std::string& program_path, const std::vector<std::string>& parameters) {
+    CommandLineCheck check;
+    if (command_line_length(program_path, parameters) > max_command_line_length) {
+        check.action = StartAction::refuse;
+        check.error = too_long_message;
+        return check;
+    }
+    if (parameters.size() > max_parameters) {
+        check.action = StartAction::refuse;
+        check.error = too_many_message;
+        return check;
+    }
+    check.console_mode = !parameters.empty() && is_console_switch(parameters.front());
+    if (std::find(parameters.begin(), parameters.end(), "--help") != parameters.end())
+        check.action = StartAction::show_help;
+    else if (std::find(parameters.begin(), parameters.end(), "--version") != parameters.end())
+        check.action = StartAction::show_version;
+    return check;
+}
+
+std::string executable_path(const char* argv0) {
+    std::error_code ec;
+    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ec);
+    if (!ec && !self.empty()) return self.string();
+    if (argv0 == nullptr || *argv0 == '\0') return {};
+    const std::filesystem::path given = std::filesystem::absolute(argv0, ec);
+    return ec ? std::string(argv0) : given.lexically_normal().string();
+}
+
+std::string folder_of(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos) return ".";
+    if (slash == 0) return "/";
+    return path.substr(0, slash);
+}
+
+std::string usage_text() {
+    return "Usage: tessaline [/c] [--help] [--version]\n"
+           "\n"
+           "Tessaline, an interactive BASIC interpreter.\n"
+           "\n"
+           "  /c         run in Console mode, in this terminal (must be the first parameter)\n"
+           "  --help     print this text and exit\n"
+           "  --version  print the version and exit\n"
+           "\n"
+           "The window is not available yet: without /c Tessaline starts in Console mode too.\n"
+           "Settings are kept in \"Ostraval Software/Tessaline.conf\" under the user's\n"
+           "configuration folder (usually ~/.config).\n";
+}
+
+}  // namespace tl::shell

@@ -1,0 +1,50 @@
+// command_line.h — checks of the command line and the program's own folder.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace tl::shell {
+
+inline constexpr const char* tessaline_version = "0.1.0";
+
+/// Longest command line accepted: the program path and the parameters, each
+/// separated by one blank.
+inline constexpr std::size_t max_command_line_length = 511;
+inline constexpr std::size_t max_parameters = 10;
+
+inline constexpr const char* too_long_message = "Invalid Parameters (too long)";
+inline constexpr const char* too_many_message = "Invalid Parameters (too many)";
+
+enum class StartAction { run, show_help, show_version, refuse };
+
+struct CommandLineCheck {
+    StartAction action = StartAction::run;
+    /// "/c" (any letter case) as the first parameter.
+    bool console_mode = false;
+    /// For StartAction::refuse: the message, shown with the title "Error".
+    std::string error;
+};
+
+/// Length of the command line as the checks count it.
+[[nodiscard]] std::size_t command_line_length(const std::string& program_path,
+                                              const std::vector<std::string>& parameters);
+
+/// Refuses a command line over 511 characters or with more than 10 parameters;
+/// otherwise notes Console mode and "--help" / "--version" (in any position).
+/// Parameters other than these are ignored.
+[[nodiscard]] CommandLineCheck check_command_line(const std::string& program_path,
+                                                  const std::vector<std::string>& parameters);
+
+/// The running executable's full path (from /proc/self/exe), or `argv0` made
+/// absolute when that cannot be read.
+[[nodiscard]] std::string executable_path(const char* argv0);
+
+/// The folder part of `path` without its last "/" ("." when there is none).
+[[nodiscard]] std::string folder_of(const std::string& path);
+
+/// The text printed by "--help".
+[[nodiscard]] std::string usage_text();
+
+}  // namespace tl::shell

@@ -1,0 +1,38 @@
+#!/bin/sh
+# End-to-end run of the program in Console mode with a scratch home and settings folder.
+# Usage: console_mode_test.sh PATH-TO-TESSALINE
+set -u
+bin=$1
+scratch=$(mktemp -d) || exit 1
+trap 'rm -rf "$scratch"' EXIT
+export HOME="$scratch/home"
+export XDG_CONFIG_HOME="$scratch/config"
+mkdir -p "$HOME" "$XDG_CONFIG_HOME"
+conf="$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
+
+fail() { echo "FAIL: $*"; exit 1; }
+
+# A plain start with no input: the loop ends at once and the settings are written.
+out=$("$bin" /c </dev/null 2>&1); rc=$?
+[ "$rc" -eq 0 ] || fail "exit code $rc: $out"
+case $out in *"Press <enter> to terminate program."*) ;; *) fail "no closing prompt: $out" ;; esac
+[ -f "$conf" ] || fail "settings not written to $conf"
+[ -d "$HOME/Documents/Tessaline" ] || fail "working folder not created"
+
+# With the log enabled, the session lands in the log file.
+mkdir "$scratch/logs"
+printf '[Settings]\nCreateLogFile=1\nLogFilePath=%s\nLogFileName=session.log\n' "$scratch/logs" >"$conf"
+out=$(printf 'print 1\n\n\n' | "$bin" /C 2>&1); rc=$?
+[ "$rc" -eq 0 ] || fail "exit code $rc with log: $out"
+case $out in *"Log File Opened"*) ;; *) fail "no log message: $out" ;; esac
+log=$(cat "$scratch/logs/session.log") || fail "no log file"
+case $log in "Tessaline BASIC Log File
+Date & Time = "*"Press <enter> to terminate program.") ;; *) fail "log text: $log" ;; esac
+grep -q '^LogFileName=session.log$' "$conf" || fail "settings lost at exit: $(cat "$conf")"
+
+# A command line that is too long is refused with exit code -1.
+long=$(printf '%0600d' 0)
+out=$("$bin" /c "$long" </dev/null 2>&1); rc=$?
+[ "$rc" -eq 255 ] || fail "too long: exit code $rc"
+case $out in *"Invalid Parameters (too long)"*) ;; *) fail "too long: $out" ;; esac
+echo "ok"

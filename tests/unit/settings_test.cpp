@@ -1,0 +1,164 @@
+// Tests of reading and writing the user's settings.
+#include "shell/settings.h"
+
+#include <random>
+
+#include "shell_test_support.h"
+
+namespace tl::test {
+namespace {
+
+using shell::AppSettings;
+using shell::load_settings;
+using shell::save_settings;
+
+class SettingsTest : public ::testing::Test {
+protected:
+    ScratchDir dir;
+    std::string ini = dir / "Tessaline.conf";
+
+    AppSettings load_with(const std::string& settings_lines) {
+        write_file(ini, "[Settings]\n" + settings_lines);
+        return load_settings(ini);
+    }
+};
+
+void expect_all_defaults(const AppSettings& s) {
+    const AppSettings fresh;
+    EXPECT_EQ(s.sizes.value, default_sizing().value);
+    EXPECT_EQ(s.log_file_path, fresh.log_file_path);
+    EXPECT_EQ(s.log_file_name, "logfile.log");
+    EXPECT_EQ(s.src_pgm_name, "program.txt");
+    EXPECT_EQ(s.work_path, "");
+    EXPECT_FALSE(s.create_log_file);
+    EXPECT_EQ(s.jpeg_quality, 75U);
+    EXPECT_EQ(s.jpeg_resolution, 96U);
+    EXPECT_EQ(s.recent_commands.first_non_empty, -1);
+}
+
+TEST_F(SettingsTest, MissingFileGivesDefaults) { expect_all_defaults(load_settings(dir / "absent.conf")); }
+
+TEST_F(SettingsTest, SizingValuesOutsideTheirLimitsOrZeroTakeTheDefault) {
+    EXPECT_EQ(load_with("StringSpace=500\n").sizes[size_string_space], 65536U);
+    EXPECT_EQ(load_with("StringSpace=5000000\n").sizes[size_string_space], 65536U);
+    EXPECT_EQ(load_with("StringSpace=0\n").sizes[size_string_space], 65536U);
+    EXPECT_EQ(load_with("StringSpace=-7\n").sizes[size_string_space], 65536U);
+    EXPECT_EQ(load_with("StringSpace=lots\n").sizes[size_string_space], 65536U);
+    EXPECT_EQ(load_with("StringSpace=99999999999\n").sizes[size_string_space], 65536U);
+}
+
+TEST_F(SettingsTest, SizingValuesAtTheirLimitsAreKept) {
+    const AppSettings s = load_with(
+        "StringSpace=1000\nProgramBufferSpace=1048576\nScreenSize=2\nNumberOfFiles=20\nTempLongNumberSpace=4500\n");
+    EXPECT_EQ(s.sizes[size_string_space], 1000U);
+    EXPECT_EQ(s.sizes[size_program_buffer_space], 1048576U);
+    EXPECT_EQ(s.sizes[size_screen_size], 2U);
+    EXPECT_EQ(s.sizes[size_number_of_files], 20U);
+    EXPECT_EQ(s.sizes[size_temp_long_number_space], 4500U);
+    EXPECT_EQ(s.sizes[size_num_variables], 200U);  // missing
+}
+
+TEST_F(SettingsTest, ValuesOutsideTheGroupAreIgnored) {
+    write_file(ini, "StringSpace=2000\n[Other]\nStringSpace=3000\n");
+    EXPECT_EQ(load_settings(ini).sizes[size_string_space], 65536U);
+}
+
+TEST_F(SettingsTest, JpegValuesAreClampedAndMissingOnesDefault) {
+    AppSettings s = load_with("JPEGQuality=10\nJPEGResolution=1000\n");
+    EXPECT_EQ(s.jpeg_quality, 25U);
+    EXPECT_EQ(s.jpeg_resolution, 600U);
+    s = load_with("JPEGQuality=150\nJPEGResolution=1\n");
+    EXPECT_EQ(s.jpeg_quality, 100U);
+    EXPECT_EQ(s.jpeg_resolution, 25U);
+    s = load_with("JPEGQuality=80\n");
+    EXPECT_EQ(s.jpeg_quality, 80U);
+    EXPECT_EQ(s.jpeg_resolution, 96U);
+}
+
+TEST_F(SettingsTest, PathsFlagsAndOverlongValues) {
+    const std::string long_path(261, 'p');
+    const AppSettings s = load_with("LogFilePath=/var/tmp/logs\nLogFileName=session.log\nWorkPath=" + long_path +
+                                    "\nJpegFile=" + std::string(260, 'j') + "\nCreateLogFile=3\nWorkingDir=1\n");
+    EXPECT_EQ(s.log_file_path, "/var/tmp/logs");
+    EXPECT_EQ(s.log_file_name, "session.log");
+    EXPECT_EQ(s.work_path, "");  // too long: ignored
+    EXPECT_EQ(s.jpeg_file.size(), 260U);
+    EXPECT_TRUE(s.create_log_file);
+    EXPECT_EQ(s.working_dir, 1U);
+}
+
+TEST_F(SettingsTest, RecentListsRememberTheirFirstNonEmptyEntry) {
+    const AppSettings s = load_with("RecentCommand3=print 1, 2\nRecentCommand19=list\nRecentCommand20=beyond\n"
+                                    "RecentLogFile0=a.log\nRecentSourceProgram9=" +
+                                    std::string(256, 'x') + "\n");
+    EXPECT_EQ(s.recent_commands.first_non_empty, 3);
+    EXPECT_EQ(s.recent_commands.entries.size(), 20U);
+    EXPECT_EQ(s.recent_commands.entries[3], "print 1, 2");  // the INI reader's list split is undone
+    EXPECT_EQ(s.recent_commands.entries[19], "list");
+    EXPECT_EQ(s.recent_log_files.first_non_empty, 0);
+    EXPECT_EQ(s.recent_source_programs.first_non_empty, -1);  // the only entry is too long
+    EXPECT_EQ(s.recent_working_dirs.first_non_empty, -1);
+}
+
+TEST_F(SettingsTest, GarbageFileKeepsEveryDefault) {
+    std::mt19937 gen(12345);
+    for (int round = 0; round < 20; ++round) {
+        std::string junk(2000, '\0');
+        for (char& c : junk) c = static_cast<char>(gen() & 0xff);
+        if (round % 2 == 1) junk = "[Settings]\nStringSpace=2000\n" + junk;
+        write_file(ini, junk);
+        expect_all_defaults(load_settings(ini));
+    }
+}
+
+TEST_F(SettingsTest, UnreadableLocationKeepsDefaultsAndIsNotWritten) {
+    std::filesystem::create_directory(ini);  // a folder where the file should be
+    expect_all_defaults(load_settings(ini));
+    EXPECT_FALSE(save_settings(AppSettings{}, ini));
+}
+
+TEST_F(SettingsTest, WriteBackRoundTripsAndLeavesSizesAlone) {
+    write_file(ini, "[Settings]\nStringSpace=500\nNumVariables=300\n");
+    AppSettings s = load_settings(ini);
+    s.work_path = "/home/someone/basic";
+    s.log_file_path = "/tmp";
+    s.create_log_file = true;
+    s.jpeg_quality = 90;
+    s.recent_commands.entries[0] = "print \"a, b\"; 1,2";
+    s.recent_commands.entries[5] = "run";
+    s.recent_working_dirs.entries[2] = "/home/someone/ünïcode";
+    ASSERT_TRUE(save_settings(s, ini));
+
+    const AppSettings back = load_settings(ini);
+    EXPECT_EQ(back.work_path, "/home/someone/basic");
+    EXPECT_EQ(back.log_file_path, "/tmp");
+    EXPECT_TRUE(back.create_log_file);
+    EXPECT_EQ(back.jpeg_quality, 90U);
+    EXPECT_EQ(back.recent_commands.entries[0], "print \"a, b\"; 1,2");
+    EXPECT_EQ(back.recent_commands.entries[5], "run");
+    EXPECT_EQ(back.recent_commands.first_non_empty, 0);
+    EXPECT_EQ(back.recent_working_dirs.entries[2], "/home/someone/ünïcode");
+    EXPECT_EQ(back.recent_working_dirs.first_non_empty, 2);
+    const std::string text = read_file(ini);
+    EXPECT_NE(text.find("StringSpace=500"), std::string::npos) << text;  // the user's value stays as written
+    EXPECT_NE(text.find("NumVariables=300"), std::string::npos) << text;
+}
+
+TEST_F(SettingsTest, ClearedRecentEntriesAreRemoved) {
+    write_file(ini, "[Settings]\nRecentLogFile1=old.log\n");
+    AppSettings s = load_settings(ini);
+    s.recent_log_files.entries[1].clear();
+    ASSERT_TRUE(save_settings(s, ini));
+    EXPECT_EQ(read_file(ini).find("RecentLogFile1"), std::string::npos);
+}
+
+TEST_F(SettingsTest, CorruptFileIsNotOverwritten) {
+    for (const std::string junk : {"[Settings\n\x01\x02=\xff\xfe\n", "[Settings]\nStringSpace=2000\n\x01\xff\n"}) {
+        write_file(ini, junk);
+        EXPECT_FALSE(save_settings(AppSettings{}, ini));
+        EXPECT_EQ(read_file(ini), junk);
+    }
+}
+
+}  // namespace
+}  // namespace tl::test
