@@ -7,7 +7,7 @@
 
 namespace tl::shell {
 
-inline constexpr const char* tessaline_version = "0.1.0";
+inline constexpr const char* tessaline_version = TESSALINE_VERSION;  // from the project version
 
 /// Longest command line accepted: the program path and the parameters, each
 /// separated by one blank.
