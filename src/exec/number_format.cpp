@@ -75,8 +75,8 @@ int format_engineering(const char* unit_source, double x, TextOut& out) {
     const int group = exponent_group(exponent);
     const int integer_digits = exponent - 3 * group + 1;  // 1 to 3
     const char digits[3] = {scientific[1], scientific[3], scientific[4]};
-    out.put(scientific[0]);
     for (int i = integer_digits; i < 3; ++i) out.put(' ');  // keeps the point in one column
+    out.put(scientific[0]);                                  // "-" or a blank
     for (int i = 0; i < integer_digits; ++i) out.put(digits[i]);
     out.put('.');
     for (int i = integer_digits; i < 3; ++i) out.put(digits[i]);
@@ -139,16 +139,19 @@ int format_picture(const char* picture, double x, TextOut& out) {
                           x);
 
     char field[max_picture_length + 1] = {};
+    bool fits = n >= 0 && static_cast<std::size_t>(n) < sizeof number;
     if (!std::isfinite(x)) {
-        // "inf" and "nan" are shown right-aligned in the field.
-        const std::size_t length = static_cast<std::size_t>(n) < width ? static_cast<std::size_t>(n) : width;
-        std::memset(field, ' ', width);
-        std::memcpy(field + width - length, number + static_cast<std::size_t>(n) - length, length);
+        // "inf" and "nan" are shown right-aligned in the field when they fit.
+        fits = fits && static_cast<std::size_t>(n) <= width;
+        if (fits) {
+            std::memset(field, ' ', width);
+            std::memcpy(field + width - static_cast<std::size_t>(n), number, static_cast<std::size_t>(n));
+        } else {
+            std::memset(field, picture_overflow_fill, width);
+        }
         out.put(std::string_view(field, width));
         return static_cast<int>(out.length);
     }
-
-    bool fits = n >= 0 && static_cast<std::size_t>(n) < sizeof number;
     char sign = 0;
     char body[sizeof number + 4];
     std::size_t body_length = 0;
