@@ -1,9 +1,9 @@
-// Tests of the output line: print zones, ";", TAB, overflow at the width,
-// WRITE quoting, format and tab-width choice, RANDOM and SERIAL records,
-// file streams and long numbers cut into pieces.
+// Tests of the output line: print zones, ";", TAB, the width, WRITE, the
+// choice of format and zone width, RANDOM and SERIAL records, file streams.
 #include "exec/output_line.h"
 
 #include <cstdio>
+#include <initializer_list>
 #include <string>
 
 #include "exec/string_space.h"
@@ -16,49 +16,52 @@
 namespace tl::test {
 namespace {
 
-/// Drives the output line the way the statement's item loop does.
+/// One element of a statement: a TAB (kind 0) or an item, and the separator after it.
+struct Piece {
+    std::uint32_t kind;
+    double x;
+    const char* text;
+    char separator;
+};
+Piece num(double x, char sep = 0) { return {kind_double, x, "", sep}; }
+Piece str(const char* t, char sep = 0) { return {kind_string, 0, t, sep}; }
+Piece lng(const char* t, char sep = 0) { return {kind_long, 0, t, sep}; }
+Piece tab(double n) { return {kind_none, n, "", 0}; }
+
 class OutputLineTest : public CoreTest {
 protected:
     PrintSession s;
-    bool written = false;
 
-    void print(int file = 0) { start_statement(file, false); }
-    void write(int file = 0) { start_statement(file, true); }
-    void start_statement(int file, bool write_mode) {
+    /// Runs one PRINT (or WRITE) the way the item loop does; returns the first error or 0.
+    int statement(int file, bool write_mode, std::initializer_list<Piece> pieces, const char* using_format = nullptr) {
         begin_print(s, file, write_mode);
-        written = false;
+        if (using_format != nullptr) {
+            if (int rc = select_using_format(s, using_format); rc < 0) return rc;
+        }
+        bool written = false;
+        for (const Piece& p : pieces) {
+            begin_print_item(s);
+            if (p.kind == kind_none) {
+                if (int rc = set_tab_target(s, p.x); rc < 0) return rc;
+                continue;
+            }
+            const int rc = write_print_item(s, p.kind, p.x, p.text);
+            finish_print_item(s, p.separator == ';');
+            written = true;
+            if (rc < 0) return rc;
+        }
+        return end_print_line(s, written);
     }
-    /// One item followed by `separator` (',' ';' or 0 for the last item).
-    int item(std::uint32_t kind, double x, std::string_view text, char separator) {
-        begin_print_item(s);
-        const int rc = write_print_item(s, kind, x, text);
-        finish_print_item(s, separator == ';');
-        written = true;
-        return rc;
+    int print(std::initializer_list<Piece> pieces, const char* using_format = nullptr) {
+        return statement(0, false, pieces, using_format);
     }
-    int number(double x, char separator = 0) { return item(kind_double, x, {}, separator); }
-    int text(std::string_view t, char separator = 0) { return item(kind_string, 0, t, separator); }
-    int tab(double n) {
-        begin_print_item(s);
-        return set_tab_target(s, n);
-    }
-    int end() { return end_print_line(s, written); }
+    int write(std::initializer_list<Piece> pieces) { return statement(0, true, pieces); }
 
-    void set_double(const char* name, double value) {
-        int i = find_variable(name);
-        if (i < 0) {
-            ASSERT_EQ(create_variable(name, false), 2);
-            i = find_variable(name);
-        }
-        variable_at(i).value.number = value;
-    }
-    void set_string(const char* name, std::string_view value) {
-        int i = find_variable(name);
-        if (i < 0) {
-            ASSERT_EQ(create_variable(name, false), 3);
-            i = find_variable(name);
-        }
-        ASSERT_EQ(store_string(&variable_at(i).value.word, value, store_assign), 3);
+    int variable(const char* name) {
+        const int i = find_variable(name);
+        if (i >= 0) return i;
+        EXPECT_GT(create_variable(name, false), 0);
+        return find_variable(name);
     }
     FileEntry& open_file(int file, std::uint32_t mode, std::uint32_t width) {
         FileEntry& f = areas.files[static_cast<std::size_t>(file)];
@@ -67,287 +70,154 @@ protected:
         f.width = width;
         return f;
     }
+    static std::string read_all(std::FILE* stream) {
+        std::rewind(stream);
+        char buffer[256] = {};
+        std::string text(buffer, std::fread(buffer, 1, sizeof buffer, stream));
+        std::fseek(stream, 0, SEEK_END);  // ready for more writing
+        return text;
+    }
 };
 
-TEST_F(OutputLineTest, CommaMovesToTheNextZoneSemicolonDoesNot) {
-    print();
-    EXPECT_EQ(number(1, ','), 0);
-    EXPECT_EQ(number(2), 0);
-    EXPECT_EQ(end(), 0);
-    const std::string line = fe.take();
-    EXPECT_EQ(line, std::string(12, ' ') + "1" + " " + std::string(12, ' ') + "2\n");
-    EXPECT_EQ(line.find_first_not_of(' ', 13), 26u);  // the second zone starts at column 14
+const std::string b12(12, ' ');
 
-    print();
-    EXPECT_EQ(number(1, ';'), 0);
-    EXPECT_EQ(number(2), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), std::string(12, ' ') + "1" + std::string(12, ' ') + "2\n");
+TEST_F(OutputLineTest, ZonesSemicolonsAndOpenLines) {
+    EXPECT_EQ(print({num(1, ','), num(2)}), 0);  // the 2's field starts at column 14
+    EXPECT_EQ(print({num(1, ';'), num(2)}), 0);
+    EXPECT_EQ(print({str("a", ','), str("b", ','), str("c")}), 0);
+    EXPECT_EQ(fe.take(), b12 + "1 " + b12 + "2\n" + b12 + "1" + b12 + "2\na" + std::string(13, ' ') + "b" +
+                             std::string(13, ' ') + "c\n");
 
-    print();
-    EXPECT_EQ(text("a", ','), 0);
-    EXPECT_EQ(text("b", ','), 0);
-    EXPECT_EQ(text("c"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "a" + std::string(13, ' ') + "b" + std::string(13, ' ') + "c\n");
+    EXPECT_EQ(print({str("a", ';')}), 0);
+    EXPECT_EQ(fe.take(), "a");  // shown at once, the line stays open
+    EXPECT_EQ(print({str("b", ','), str("c")}), 0);  // continues: no zone move for "b"
+    EXPECT_EQ(print({str("d", ';')}), 0);
+    EXPECT_EQ(print({}), 0);  // a bare PRINT ends the open line ...
+    EXPECT_EQ(print({}), 0);  // ... or prints an empty one
+    EXPECT_EQ(fe.take(), "b" + b12 + "c\nd\n\n");
 }
 
-TEST_F(OutputLineTest, TrailingSemicolonKeepsTheLineOpenAcrossStatements) {
-    print();
-    EXPECT_EQ(text("a", ';'), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "a");  // shown at once, without a line end
-    print();
-    EXPECT_EQ(text("b", ','), 0);  // continues the line: no zone padding
-    EXPECT_EQ(text("c"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "b" + std::string(12, ' ') + "c\n");
-
-    print();
-    EXPECT_EQ(text("d", ';'), 0);
-    EXPECT_EQ(end(), 0);
-    print();  // a bare PRINT ends the open line
-    EXPECT_EQ(end(), 0);
-    print();
-    EXPECT_EQ(end(), 0);  // and another prints an empty line
-    EXPECT_EQ(fe.take(), "d\n\n");
+TEST_F(OutputLineTest, TabPositions) {
+    EXPECT_EQ(print({tab(20), str("x")}), 0);
+    EXPECT_EQ(print({str("abcdef", ';'), tab(3.9), str("x", ';'), tab(4), str("y")}), 0);  // behind: new line
+    EXPECT_EQ(print({str("ab", ';'), tab(0), str("c")}), 0);  // no position: the zone rule applies
+    EXPECT_EQ(print({str("a", ';'), tab(1e300), str("b")}), 0);
+    EXPECT_EQ(fe.take(), std::string(19, ' ') + "x\nabcdef\n  xy\nab" + b12 + "c\na\nb\n");
 }
 
-TEST_F(OutputLineTest, TabPlacesTheNextItem) {
-    print();
-    EXPECT_EQ(tab(20), 0);
-    EXPECT_EQ(text("x"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), std::string(19, ' ') + "x\n");
-
-    // A target behind the column ends the line first; one at it adds nothing.
-    print();
-    EXPECT_EQ(text("abcdef", ';'), 0);
-    EXPECT_EQ(tab(3.9), 0);
-    EXPECT_EQ(text("x", ';'), 0);
-    EXPECT_EQ(tab(4), 0);
-    EXPECT_EQ(text("y"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "abcdef\n  xy\n");
-
-    // TAB(0) and below ask for no position; the next item goes to a zone.
-    print();
-    EXPECT_EQ(text("ab", ';'), 0);
-    EXPECT_EQ(tab(0), 0);
-    EXPECT_EQ(text("c"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "ab" + std::string(12, ' ') + "c\n");
-
-    // A huge argument is clamped and overflows to a new line.
-    print();
-    EXPECT_EQ(text("a", ';'), 0);
-    EXPECT_EQ(tab(1e300), 0);
-    EXPECT_EQ(text("b"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "a\nb\n");
+TEST_F(OutputLineTest, TheWidthEndsTheLine) {
+    const std::string a(30, 'a'), b(30, 'b'), x(70, 'x'), digits(3000, '7');
+    EXPECT_EQ(print({str(a.c_str(), ','), str(b.c_str(), ','), str("c")}), 0);  // 84 + 1 > 80
+    EXPECT_EQ(print({str(x.c_str(), ';'), str("0123456789")}), 0);            // exactly 80 fits
+    EXPECT_EQ(print({lng(digits.c_str())}), 0);  // longer than the buffer: passed through
+    EXPECT_EQ(fe.take(), a + b12 + b + "\nc\n" + x + "0123456789\n" + digits + "\n");
 }
 
-TEST_F(OutputLineTest, ItemPassingTheWidthStartsANewLine) {
-    const std::string a(30, 'a'), b(30, 'b'), c(30, 'c');
-    print();
-    EXPECT_EQ(text(a, ','), 0);
-    EXPECT_EQ(text(b, ','), 0);  // 42 + 30 fits
-    EXPECT_EQ(text(c), 0);       // 84 + 30 does not: no padding on the new line
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), a + std::string(12, ' ') + b + "\n" + c + "\n");
-
-    print();
-    EXPECT_EQ(text(std::string(70, 'x'), ';'), 0);
-    EXPECT_EQ(text("0123456789"), 0);  // exactly 80 still fits
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), std::string(70, 'x') + "0123456789\n");
-
-    // Text longer than the line buffer passes through in pieces.
-    const std::string digits(3000, '7');
-    print();
-    EXPECT_EQ(item(kind_long, 0, digits, 0), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), digits + "\n");
-}
-
-TEST_F(OutputLineTest, WriteQuotesStringsAndTrimsNumbers) {
-    write();
-    EXPECT_EQ(text("a", ','), 0);
-    EXPECT_EQ(number(2, ';'), 0);
-    EXPECT_EQ(number(1.0 / 3.0, ','), 0);
-    EXPECT_EQ(text("q\"b\\c\r\nd"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "\"a\",2,0.3333333333333333,\"q\\\"b\\\\c\\r\\nd\"\n");
-
-    // Numeric text and short long numbers are written as they are.
-    write();
-    EXPECT_EQ(item(kind_numeric_text, 0, "  1.5", ','), 0);
-    EXPECT_EQ(item(kind_long, 0, "-12.5", 0), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "  1.5,-12.5\n");
-
-    // The comma counts towards the width.
-    write();
-    EXPECT_EQ(text(std::string(76, 'x'), ','), 0);  // 78 with the quotes
-    EXPECT_EQ(number(12), 0);                        // 78 + 1 + 2 > 80
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "\"" + std::string(76, 'x') + "\"\n12\n");
+TEST_F(OutputLineTest, WriteQuotesAndSeparates) {
+    EXPECT_EQ(write({str("a", ','), num(2, ';'), num(1.0 / 3.0, ','), str("q\"b\\c\r\nd")}), 0);
+    EXPECT_EQ(write({{kind_numeric_text, 0, "  1.5", ','}, lng("-12.5")}), 0);
+    const std::string x(76, 'x');
+    EXPECT_EQ(write({str(x.c_str(), ','), num(12)}), 0);  // 78 + "," + 2 > 80
+    EXPECT_EQ(fe.take(), "\"a\",2,0.3333333333333333,\"q\\\"b\\\\c\\r\\nd\"\n  1.5,-12.5\n\"" + x + "\"\n12\n");
 }
 
 TEST_F(OutputLineTest, WriteCutsLongNumbersIntoQuotedPieces) {
     std::string digits;
     for (int i = 0; i < 200; ++i) digits += static_cast<char>('0' + i % 10);
-    write();
-    EXPECT_EQ(text("n", ','), 0);
-    EXPECT_EQ(item(kind_long, 0, digits, ','), 0);
-    EXPECT_EQ(number(1), 0);
-    EXPECT_EQ(end(), 0);
+    EXPECT_EQ(write({str("n", ','), lng(digits.c_str(), ','), num(1)}), 0);
     EXPECT_EQ(fe.take(), "\"n\"\nLength=200\n\"" + digits.substr(0, 78) + "\"\n\"" + digits.substr(78, 78) +
                              "\"\n\"" + digits.substr(156) + "\",1\n");
 
-    // On a narrower file line the pieces are two shorter than the width.
-    std::FILE* stream = std::tmpfile();
+    std::FILE* stream = std::tmpfile();  // pieces are two shorter than a narrow line
     ASSERT_NE(stream, nullptr);
     open_file(1, 0, 12).stream = stream;
-    write(1);
-    EXPECT_EQ(item(kind_long, 0, digits.substr(0, 25), 0), 0);
-    EXPECT_EQ(end(), 0);
-    std::rewind(stream);
-    char buffer[128] = {};
-    const std::size_t n = std::fread(buffer, 1, sizeof buffer - 1, stream);
-    EXPECT_EQ(std::string(buffer, n), "Length=25\n\"0123456789\"\n\"0123456789\"\n\"01234\"\n");
+    EXPECT_EQ(statement(1, true, {lng(digits.substr(0, 25).c_str())}), 0);
+    EXPECT_EQ(read_all(stream), "Length=25\n\"0123456789\"\n\"0123456789\"\n\"01234\"\n");
     std::fclose(stream);
 }
 
-TEST_F(OutputLineTest, FormatAndTabWidthComeFromVariables) {
-    print();
-    EXPECT_EQ(std::string(s.format), "%13.6g");
-    set_string("printformat$$", "%6.2f");
-    print();
-    EXPECT_EQ(number(3.14159, ','), 0);
-    EXPECT_EQ(number(-2), 0);
-    EXPECT_EQ(end(), 0);
+TEST_F(OutputLineTest, FormatAndZoneWidthComeFromVariables) {
+    const int format = variable("printformat$$");
+    ASSERT_EQ(store_string(&variable_at(format).value.word, "%6.2f", store_assign), 3);
+    EXPECT_EQ(print({num(3.14159, ','), num(-2)}), 0);
     EXPECT_EQ(fe.take(), "  3.14" + std::string(8, ' ') + " -2.00\n");
-
-    // An empty or unusable user format falls back to the default silently.
-    for (const char* bad : {"", "%s", "%d%f", "%*f"}) {
-        set_string("printformat$$", bad);
-        print();
-        EXPECT_STREQ(s.format, "%13.6g") << bad;
+    for (const char* unusable : {"", "%s", "%d%f", "%*f"}) {
+        ASSERT_EQ(store_string(&variable_at(format).value.word, unusable, store_assign), 3);
+        begin_print(s, 0, false);
+        EXPECT_STREQ(s.format, "%13.6g") << unusable;
     }
-    write();
+    begin_print(s, 0, true);
     EXPECT_STREQ(s.format, "%22.16g");
 
+    const int tabs = variable("printtabs");
     const struct {
         double printtabs;
         std::uint32_t width;
     } widths[] = {{20, 20}, {7.9, 7}, {1, 1}, {79.5, 79}, {0, 14}, {0.5, 14}, {80, 14}, {-3, 14}, {1e300, 14}};
     for (const auto& w : widths) {
-        set_double("printtabs", w.printtabs);
-        print();
+        variable_at(tabs).value.number = w.printtabs;
+        begin_print(s, 0, false);
         EXPECT_EQ(areas.files[0].tab_width, w.width) << w.printtabs;
     }
-    set_double("printtabs", 20);
-    print();
-    EXPECT_EQ(text("a", ','), 0);
-    EXPECT_EQ(text("b"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "a" + std::string(19, ' ') + "b\n");
-
-    // A broken default tab width is not trusted either.
-    set_double("printtabs", 0);
-    lang.predefined[pre_defaultprinttabs].number = 500;
-    print();
+    variable_at(tabs).value.number = 0;
+    lang.predefined[pre_defaultprinttabs].number = 500;  // a broken default is not trusted either
+    begin_print(s, 0, false);
     EXPECT_EQ(areas.files[0].tab_width, 14u);
 }
 
-TEST_F(OutputLineTest, UsingSelectsAndChecksTheFormat) {
-    print();
-    EXPECT_EQ(select_using_format(s, "max"), 0);
-    EXPECT_TRUE(s.using_format);
-    EXPECT_EQ(number(0.1), 0);
-    EXPECT_EQ(end(), 0);
+TEST_F(OutputLineTest, UsingFormats) {
+    EXPECT_EQ(print({num(0.1)}, "MAX"), 0);
+    EXPECT_EQ(print({num(0.0022, ';'), num(-1.5)}, "engA"), 0);
     char expected[64];
-    std::snprintf(expected, sizeof expected, "%23.18g\n", 0.1);
+    std::snprintf(expected, sizeof expected, "%23.18g\n   2.20 m-A     -1.50   A   \n", 0.1);
     EXPECT_EQ(fe.take(), expected);
-
-    print();
-    EXPECT_EQ(select_using_format(s, "engA"), 0);
-    EXPECT_EQ(number(0.0022, ';'), 0);
-    EXPECT_EQ(select_using_format(s, "##.##"), 0);  // a later USING in the line
-    EXPECT_EQ(number(-1.5), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(fe.take(), "   2.20 m-A   -1.50\n");
-
     for (const char* bad : {"", "%s", "%n", "%5.2f %e"}) {
-        print();
-        lang.reporter.error_column = -1;
+        begin_print(s, 0, false);
         s.item_column = 6;
         EXPECT_EQ(select_using_format(s, bad), -73) << bad;
+        EXPECT_FALSE(s.using_format);
         EXPECT_EQ(lang.reporter.error_column, 6);
         EXPECT_EQ(fe.take(), "ERROR - Invalid Format string for PRINT USING.\n");
     }
 }
 
-TEST_F(OutputLineTest, RandomRecordIsPaddedAndNeverWrittenByPrint) {
+TEST_F(OutputLineTest, RandomRecords) {
     FileEntry& f = open_file(1, file_mode_random, 10);
-    print(1);
-    EXPECT_EQ(text("ab", ';'), 0);
-    EXPECT_EQ(number(7), -236);  // 2 + 13 > 10
+    EXPECT_EQ(statement(1, false, {str("ab", ';'), num(7)}), -236);  // 2 + 13 > 10
     EXPECT_EQ(fe.take(), "ERROR - Attempt to read/write beyond RANDOM record length.\n");
-    EXPECT_EQ(std::string(f.line, f.write_index), "ab");  // the line built so far stays
+    EXPECT_EQ(std::string(f.line, f.write_index), "ab");  // what was built stays
 
     f.column = f.write_index = 0;
-    f.continue_line = false;
-    print(1);
-    EXPECT_EQ(text("ab", ';'), 0);
-    EXPECT_EQ(text("cd"), 0);
-    EXPECT_EQ(end(), 0);
-    EXPECT_EQ(std::string(f.line, 10), "abcd      ");
+    EXPECT_EQ(statement(1, false, {str("ab", ';'), str("cd")}), 0);
+    EXPECT_EQ(std::string(f.line), "abcd      ");  // padded, kept for PUT, not written
     EXPECT_EQ(f.column, 0u);
-    EXPECT_EQ(fe.take(), "");
-
-    print(1);  // a record may be filled exactly; TAB behind the column fails
-    EXPECT_EQ(text("0123456789", ';'), 0);
-    EXPECT_EQ(tab(2), -236);
+    EXPECT_EQ(statement(1, false, {str("0123456789", ';'), tab(2)}), -236);  // full, then TAB behind
+    EXPECT_NE(fe.take(), "");
     f.column = f.write_index = 0;
     f.continue_line = false;
-    print(1);  // and a record left open by ";" is not padded
-    EXPECT_EQ(text("xy", ';'), 0);
-    EXPECT_EQ(end(), 0);
+    EXPECT_EQ(statement(1, false, {str("xy", ';')}), 0);  // left open: not padded
     EXPECT_EQ(f.write_index, 2u);
+    EXPECT_EQ(fe.take(), "");
 }
 
-int sink_calls = 0;
 std::string sink_text;
 int recording_sink(FileEntry&, const char* text, std::size_t length) {
-    ++sink_calls;
     sink_text.append(text, length);
     return 0;
 }
 int failing_sink(FileEntry&, const char*, std::size_t) { return report_error(err_serial_i_o_error); }
 
 TEST_F(OutputLineTest, SerialLinesGoToTheSink) {
-    sink_calls = 0;
     sink_text.clear();
     FileEntry& f = open_file(2, file_mode_serial, 8);
     f.sink = recording_sink;
-    print(2);
-    EXPECT_EQ(text("abc", ','), 0);
-    EXPECT_EQ(text("de"), -318);  // 14 + 2 > 8
+    EXPECT_EQ(statement(2, false, {str("abc", ','), str("de")}), -318);  // 14 + 2 > 8
     EXPECT_EQ(fe.take(), "ERROR - Attempt to read/write beyond SERIAL record length.\n");
     f.column = f.write_index = 0;
-    print(2);
-    EXPECT_EQ(text("abc", ';'), 0);
-    EXPECT_EQ(text("de"), 0);
-    EXPECT_EQ(end(), 0);
+    EXPECT_EQ(statement(2, false, {str("abc", ';'), str("de")}), 0);
     EXPECT_EQ(sink_text, "abcde\n");
-    EXPECT_EQ(sink_calls, 1);
-
     f.sink = failing_sink;
-    print(2);
-    EXPECT_EQ(text("x"), 0);
-    EXPECT_EQ(end(), -320);
+    EXPECT_EQ(statement(2, false, {str("x")}), -320);
     EXPECT_EQ(fe.take(), "ERROR - SERIAL I/O error.\n");
 }
 
@@ -355,21 +225,12 @@ TEST_F(OutputLineTest, FileLinesGoToTheStream) {
     std::FILE* stream = std::tmpfile();
     ASSERT_NE(stream, nullptr);
     open_file(1, 0, 10).stream = stream;
-    print(1);
-    EXPECT_EQ(text("a", ','), 0);
-    EXPECT_EQ(text("b"), 0);  // 14 + 1 > 10: a new line
-    EXPECT_EQ(end(), 0);
-    print(1);  // a continued file line that reaches the width is ended
-    EXPECT_EQ(text("0123456789", ';'), 0);
-    EXPECT_EQ(end(), 0);
-    print(1);
-    EXPECT_EQ(text("z", ';'), 0);
-    EXPECT_EQ(end(), 0);
+    EXPECT_EQ(statement(1, false, {str("a", ','), str("b")}), 0);  // 14 + 1 > 10
+    EXPECT_EQ(statement(1, false, {str("0123456789", ';')}), 0);   // continued at the width: ended
+    EXPECT_EQ(read_all(stream), "a\nb\n0123456789\n");
+    EXPECT_EQ(statement(1, false, {str("z", ';')}), 0);
     EXPECT_EQ(fe.take(), "");
-    std::rewind(stream);
-    char buffer[64] = {};
-    const std::size_t n = std::fread(buffer, 1, sizeof buffer - 1, stream);
-    EXPECT_EQ(std::string(buffer, n), "a\nb\n0123456789\nz");
+    EXPECT_EQ(read_all(stream), "a\nb\n0123456789\nz");
     std::fclose(stream);
 }
 
