@@ -260,6 +260,7 @@ int write_print_item(PrintSession& s, std::uint32_t kind, double number, std::st
 
     if (s.write_mode && is_long && length > f.width && !to_record) return put_long_in_pieces(s, text);
 
+    assert(f.tab_width > 0 && "begin_print sets the zone width");
     std::uint32_t padding = 0;
     if (s.write_mode || f.continue_line) {
         if (f.tab_target >= 0 && static_cast<std::uint32_t>(f.tab_target) > f.column)
