@@ -91,8 +91,7 @@ int init_memory_areas(const SizingValues& sizes) {
         return rc;
     if (injected_failure(step_file_table)) return report_error(err_unable_allocate_storage_file_table);
     areas.files.assign(sizes[size_number_of_files] + 2, FileEntry{});
-    areas.files.front().record_width = 80;
-    areas.files.back().record_width = 255;
+    areas.files.front().width = 80;  // the console line; the others keep 255
     areas.data_statements = allocate<DataStatementEntry>(sizes[size_number_of_data_statements] + 1, step_data_statements);
     if (!areas.data_statements) return report_error(err_unable_allocate_storage_data_statement);
     areas.statement_numbers = allocate<StatementNumberEntry>(sizes[size_number_of_statement_numbers], step_statement_numbers);

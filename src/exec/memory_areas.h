@@ -1,7 +1,9 @@
 // memory_areas.h — the fixed run-time memory areas, allocated once at start-up.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <memory>
 #include <vector>
 
@@ -44,12 +46,48 @@ struct ByteArea {
     char* at(std::uint32_t offset) const { return data.get() + offset; }
 };
 
-/// One entry of the File Table; its fields belong to the file statements.
+// ORDER: file modes that the output line treats specially; the other modes
+// (the sequential ones) and the console behave alike.
+enum FileMode : std::uint32_t {
+    file_mode_random = 2,  ///< the line is the record buffer
+    file_mode_serial = 4,
+    file_mode_binary = 6,
+};
+
+/// Capacity of an output line buffer: a line of up to 255 characters or a
+/// RANDOM record of up to line_buffer_size - 1 characters, plus a NUL.
+inline constexpr std::size_t line_buffer_size = 512;
+
+struct FileEntry;
+
+/// Takes a finished piece of an output line for a file that is not written
+/// through `stream` (a serial port). Returns 0, or a negated error number that
+/// it has already reported.
+using LineSink = int (*)(FileEntry& entry, const char* text, std::size_t length);
+
+/// One entry of the File Table (entry 0 is the console). The file statements
+/// own `open`, `mode`, `width`, `stream` and `sink`; the output line fields
+/// below belong to PRINT and WRITE (exec/output_line.h).
 struct FileEntry {
     std::uint32_t open = 0;  ///< 0 while closed
-    std::uint32_t record_width = 0;
-    std::vector<char> line;  ///< the output line being built
-    std::uint32_t column = 0;
+    std::uint32_t mode = 0;  ///< FileMode, or a sequential mode
+    /// Line or record width: 80 for the console, the record length for RANDOM
+    /// and SERIAL files (at most line_buffer_size - 1), 255 otherwise.
+    std::uint32_t width = 255;
+    /// Where finished lines of a sequential file go; null when closed.
+    std::FILE* stream = nullptr;
+    /// When set, finished lines go here instead of `stream`.
+    LineSink sink = nullptr;
+
+    /// Set when the last item ended with ";" or a TAB position is pending: the
+    /// next item is not moved to the next print zone and the line stays open.
+    bool continue_line = false;
+    std::uint32_t column = 0;     ///< characters on the line so far
+    std::int32_t tab_target = -1; ///< 0-based column asked for by TAB, or -1
+    std::uint32_t write_index = 0;///< where the next character goes in `line`
+    std::uint32_t tab_width = 14; ///< print-zone width
+    /// The part of the line not yet written out; for RANDOM files the record.
+    char line[line_buffer_size] = {};
 };
 
 struct StatementNumberEntry {
