@@ -78,6 +78,7 @@ int collect_items(ItemTable& t, int mode) {
             return fail(err_too_many_items_expression, scan_column());
         }
         Item& item = t.items[t.count];
+        t.text_end = s.position;
         int k = get_item(item, mode);
         if (k < 0) return report_error(err_pass_get_item);
         if (k == 0) return 0;
@@ -139,6 +140,7 @@ int evaluate(int mode) {
     ScanState& s = lang.scan;
     ItemTable t;
     const char* begin = s.position;
+    t.text_end = begin;
     const int collected = collect_items(t, mode);
     s.sole_reference = {};
     if (collected < 0) return collected;
@@ -149,7 +151,7 @@ int evaluate(int mode) {
                                            (sole.kind == kind_string && sole.extra != 0));
 
     if (lang.reporter.debug) {
-        const char* end = s.position;
+        const char* end = t.text_end;
         while (end > begin && (end[-1] == ' ' || end[-1] == '\t')) --end;
         char text[scan_buffer_size + 1];
         std::size_t n = static_cast<std::size_t>(end - begin);

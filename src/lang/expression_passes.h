@@ -9,6 +9,8 @@ namespace tl {
 struct ItemTable {
     Item items[max_expression_items + 1];
     int count = 0;
+    /// Where the expression's text ends (before the Item or separator that ended it).
+    const char* text_end = nullptr;
 };
 
 /// Reduces the table in the seven passes (listing it after each pass in the
