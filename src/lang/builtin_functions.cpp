@@ -137,7 +137,10 @@ int fail_at(int number, const Item& at) {
     return report_error(number);
 }
 
-int numeric_parameter(Item& p) { return make_numeric(p); }
+int numeric_parameter(Item& p) {
+    if (p.kind == kind_string) return fail_at(err_invalid_type_expecting_number, p);
+    return make_numeric(p);
+}
 
 int double_parameter(Item& p, double& out) {
     const int k = numeric_parameter(p);

@@ -14,7 +14,8 @@ using BuiltinHandler = int (*)(Item* params, int count);
 [[nodiscard]] int fail_at(int number, const Item& at);
 
 /// A numeric parameter as a double or, for long numbers, kind 14 (numeric
-/// text with 17 digits or more becomes long). Strings and arrays are 144.
+/// text with 17 digits or more becomes long). Strings and arrays are 144
+/// (unlike the operators, functions take no numbers held in strings).
 /// Returns 2 or 14, or a negated error.
 [[nodiscard]] int numeric_parameter(Item& p);
 
