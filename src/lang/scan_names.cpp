@@ -113,7 +113,8 @@ int predefined_value(Item& item, int slot) {
 /// A builtin function (slot < 57) or a user-defined function (slot 41) with
 /// its parameter list. Temporaries taken by the parameters are released after
 /// the call; the result is in the double slot, the scan buffer or the work register.
-int call_function(Item& item, int slot) {
+/// `user` is the definition's index for slot 41.
+int call_function(Item& item, int slot, int user = -1) {
     Item params[max_parameters];
     int count = 0;
     bool has_list = true;
@@ -130,11 +131,14 @@ int call_function(Item& item, int slot) {
             return count;
         }
         if (lang.reporter.debug) {
-            list_parameter_list(params, count, false,
-                                slot == fn_placeholder_41 ? lang.scan.name : keyword_name(Table::functions, slot));
+            const char* name = slot == fn_placeholder_41
+                                   ? lang.functions.entries[static_cast<std::size_t>(user)].name
+                                   : keyword_name(Table::functions, slot);
+            list_parameter_list(params, count, false, name);
         }
     }
     lang.reporter.error_column = item.column;
+    lang.scan.called_function = user;  // set late: the parameters may call other definitions
     const int k = do_function(slot, params, count, has_list);
     release_temp_strings(string_mark);
     release_temp_longs(long_mark);
@@ -345,9 +349,8 @@ int scan_keyword(Item& item, int mode, std::string_view name) {
             return kind_function;
         }
         if (declaring(mode)) return scan_error(err_function_invalid_long_dimension, item.column);
-        lang.scan.called_function = user;
         item.extra = 0;
-        return call_function(item, fn_placeholder_41);
+        return call_function(item, fn_placeholder_41, user);
     }
     slot = find_keyword(Table::special_functions, name);
     if (slot >= 0) {
