@@ -1,0 +1,195 @@
+// builtin_functions.cpp — dispatch of the builtin and special functions and their common checks.
+#include "lang/builtin_functions.h"
+
+#include <cstring>
+
+#include "lang/builtin_support.h"
+#include "lang/error_reporter.h"
+#include "lang/error_table.h"
+#include "lang/keyword_tables.h"
+#include "lang/lang_state.h"
+#include "lang/numeric_operands.h"
+#include "lang/scanner.h"
+#include "longmath/long_convert.h"
+#include "longmath/long_space.h"
+#include "longmath/long_state.h"
+
+namespace tl {
+namespace {
+
+struct FunctionEntry {
+    int min_params;
+    int max_params;
+    int result_kind;  ///< the kind of the dummy result while a definition is checked
+    BuiltinHandler handler;  ///< null: not written yet, answers 295
+};
+
+constexpr int N = kind_double;
+constexpr int S = kind_string;
+constexpr int L = kind_long;
+
+// ORDER: one entry per slot of the function table.
+constexpr FunctionEntry functions[fn_count] = {
+    {1, 1, N, fn_abs_handler},    // 0 abs
+    {1, 1, N, nullptr},           // 1 atn
+    {1, 1, N, nullptr},           // 2 cos
+    {1, 1, N, fn_fix_handler},    // 3 fix
+    {1, 1, N, nullptr},           // 4 exp
+    {1, 1, N, nullptr},           // 5 log
+    {1, 1, N, fn_sgn_handler},    // 6 sgn
+    {1, 1, N, nullptr},           // 7 sin
+    {1, 1, N, fn_sqr_handler},    // 8 sqr
+    {1, 1, N, nullptr},           // 9 cot
+    {1, 1, N, nullptr},           // 10 rnd
+    {1, 1, N, nullptr},           // 11 exponent
+    {1, 1, S, fn_chr_handler},    // 12 chr$
+    {2, 2, S, fn_left_handler},   // 13 left$
+    {2, 2, S, fn_right_handler},  // 14 right$
+    {2, 3, S, fn_mid_handler},    // 15 mid$
+    {1, 2, S, nullptr},           // 16 hex$
+    {1, 1, N, fn_len_handler},    // 17 len
+    {1, 1, N, nullptr},           // 18 cint
+    {1, 2, S, nullptr},           // 19 str$
+    {1, 1, N, fn_int_handler},    // 20 int
+    {1, 1, N, fn_asc_handler},    // 21 asc
+    {2, 2, S, nullptr},           // 22 string$
+    {1, 1, N, nullptr},           // 23 log10
+    {1, 1, S, nullptr},           // 24 space$
+    {2, 3, N, nullptr},           // 25 instr
+    {1, 1, N, fn_val_handler},    // 26 val
+    {1, 1, N, fn_tab_handler},    // 27 tab
+    {2, 2, N, nullptr},           // 28 mod
+    {1, 7, N, nullptr},           // 29 read
+    {1, 2, N, nullptr},           // 30 eof
+    {1, 7, N, nullptr},           // 31 input
+    {3, 7, N, nullptr},           // 32 open
+    {1, 1, N, nullptr},           // 33 factorial
+    {1, 1, L, fn_long_handler},   // 34 long
+    {1, 1, N, nullptr},           // 35 exp10
+    {1, 1, N, fn_short_handler},  // 36 short
+    {1, 1, N, nullptr},           // 37 half
+    {1, 1, N, nullptr},           // 38 acot
+    {2, 2, N, nullptr},           // 39 root
+    {1, 1, N, nullptr},           // 40 tan
+    {0, 7, N, nullptr},           // 41 call of a user-defined function
+    {1, 1, N, nullptr},           // 42 hexconvert
+    {1, 1, S, nullptr},           // 43 browseinputfile$
+    {1, 1, S, nullptr},           // 44 browseoutputfile$
+    {0, 7, S, nullptr},           // 45 formatdatetime$
+    {0, 7, N, nullptr},           // 46 expanddatetime: a statement form, never a function
+    {0, 7, N, nullptr},           // 47 makedatetime
+    {3, 3, N, nullptr},           // 48 setcolor
+    {1, 4, N, nullptr},           // 49 messagebox
+    {0, 7, N, nullptr},           // 50 inputdialog: statement form only
+    {0, 7, N, nullptr},           // 51 updatedialog: statement form only
+    {1, 1, S, nullptr},           // 52 tolower$
+    {1, 1, S, nullptr},           // 53 toupper$
+    {1, 1, S, nullptr},           // 54 browsecommports$
+    {1, 1, N, nullptr},           // 55 filesize
+    {1, 3, N, nullptr},           // 56 select
+};
+
+int special_matherror() { return double_result(lang.scan.math_error ? 1.0 : 0.0); }
+
+struct SpecialEntry {
+    int result_kind;
+    int (*handler)();
+};
+
+// ORDER: one entry per slot of the special function table.
+constexpr SpecialEntry special_functions[sfn_count] = {
+    {L, nullptr},            // 0 longpi
+    {L, nullptr},            // 1 longe
+    {N, nullptr},            // 2 remainder
+    {N, nullptr},            // 3 cossame
+    {N, nullptr},            // 4 checkdegrees
+    {N, nullptr},            // 5 starttimer
+    {N, nullptr},            // 6 endtimer
+    {N, special_matherror},  // 7 matherror
+    {S, nullptr},            // 8 workingdir$
+    {S, nullptr},            // 9 programdir$
+    {N, nullptr},            // 10 checkmouseclick
+    {S, nullptr},            // 11 inkey$
+    {S, nullptr},            // 12 choosefont$
+};
+
+int dummy_result(int kind) {
+    switch (kind) {
+        case S: return text_result("", 0);
+        case L: {
+            LongNumber& w = long_state.work;
+            w.blocks[0] = 0;
+            w.len = 1;
+            w.blks = 1;
+            w.sgn = 0;
+            w.exp = 1;
+            w.nrm = 1;
+            return long_result();
+        }
+        default: return double_result(0.0);
+    }
+}
+
+}  // namespace
+
+int fail_at(int number, const Item& at) {
+    lang.reporter.error_column = at.column;
+    return report_error(number);
+}
+
+int numeric_parameter(Item& p) {
+    if (p.kind == kind_string) return fail_at(err_invalid_type_expecting_number, p);
+    return make_numeric(p);
+}
+
+int double_parameter(Item& p, double& out) {
+    const int k = numeric_parameter(p);
+    if (k < 0) return k;
+    if (k == kind_double) {
+        out = p.number;
+        return 0;
+    }
+    lang.reporter.error_column = p.column;
+    return long_to_double(long_at(p.word), out, true);
+}
+
+int string_parameter(const Item& p, const char*& out) {
+    if (p.kind != kind_string) return fail_at(err_invalid_type_expecting_string, p);
+    out = item_text(p);
+    return 0;
+}
+
+int double_result(double x) {
+    lang.scan.result = x;
+    return kind_double;
+}
+
+int text_result(const char* text, std::size_t length) {
+    if (length > scan_buffer_size - 1) length = scan_buffer_size - 1;
+    std::memmove(lang.scan.buffer, text, length);
+    lang.scan.buffer[length] = 0;
+    return kind_string;
+}
+
+int long_result() { return kind_long; }
+
+int do_function(int slot, Item* params, int count, bool has_list) {
+    if (!has_list && slot != fn_placeholder_41 && slot != fn_formatdatetime_s && slot != fn_makedatetime)
+        return report_error(err_missing_parameter_list_function_subscripts);
+    if (slot < 0 || slot >= fn_count) return -1;
+    const FunctionEntry& f = functions[slot];
+    if (lang.scan.defining_function) return dummy_result(f.result_kind);
+    if (f.handler == nullptr) return report_error(err_invalid_function_call);
+    if (count < f.min_params || count > f.max_params) return report_error(err_incorrect_number_parameters);
+    return f.handler(params, count);
+}
+
+int do_special_function(int slot) {
+    if (slot < 0 || slot >= sfn_count) return -1;
+    const SpecialEntry& f = special_functions[slot];
+    if (lang.scan.defining_function) return dummy_result(f.result_kind);
+    if (f.handler == nullptr) return report_error(err_invalid_function_call);
+    return f.handler();
+}
+
+}  // namespace tl

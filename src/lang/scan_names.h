@@ -1,0 +1,27 @@
+// scan_names.h — the scanner's handling of names: look-up order, variables,
+// array elements, function calls and the indirect name "@(...)".
+// Internal to the scanner (scanner.cpp, scan_names.cpp, parameter_list.cpp).
+#pragma once
+
+#include <string_view>
+
+#include "lang/item.h"
+
+namespace tl {
+
+inline constexpr int max_name_chars = 60;
+
+[[nodiscard]] inline bool is_name_char(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$';
+}
+
+/// Sets the error column and reports `number`; returns its negation.
+[[nodiscard]] int scan_error(int number, int column);
+
+/// Step 10 of get_item for a name already read (the scan position is after it).
+[[nodiscard]] int scan_name_item(Item& item, int mode, std::string_view name);
+
+/// "@(expression)": the name is read from the string value of the expression.
+[[nodiscard]] int scan_indirect_name(Item& item, int mode);
+
+}  // namespace tl
