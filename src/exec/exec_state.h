@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "exec/program_store.h"
 #include "lang/item.h"
+#include "longmath/long_number.h"
 
 namespace tl {
 
@@ -81,6 +83,21 @@ struct ExecState {
     bool running_command_line = false;
     /// The current program file name.
     char program_file[261] = {};
+
+    /// The line buffer of the innermost run loop.
+    ProgramLine* current_line = nullptr;
+    /// A command typed at the stepping prompt, and how deep such commands nest.
+    char pending_command[256] = {};
+    int stepping_command_depth = 0;
+    /// A command line replaced the program (run or load with a name).
+    bool program_replaced = false;
+    /// The last run or load from the command line ended with an error.
+    bool last_run_failed = false;
+    /// The text of a string RETURN value, and a long one.
+    char return_text[256] = {};
+    LongNumber return_long;
+    /// Text of a long number being printed (grown as needed, then reused).
+    std::vector<char> long_text;
 };
 
 extern ExecState exec;

@@ -2,6 +2,7 @@
 #include "exec/front_end.h"
 
 #include <cstdarg>
+#include <string>
 
 namespace tl {
 
@@ -14,6 +15,23 @@ void console_write(std::string_view text) {
         std::fwrite(text.data(), 1, text.size(), host.log);
         std::fflush(host.log);
     }
+}
+
+void pump_events() {
+    if (host.front_end != nullptr) host.front_end->pump_events();
+}
+
+int wait_for_step(char (&command)[256]) {
+    command[0] = 0;
+    if (host.front_end == nullptr) return step_end;
+    std::string line;
+    const int r = host.front_end->wait_for_step(line);
+    if (r == step_command) {
+        const std::size_t n = line.size() < 255 ? line.size() : 255;
+        line.copy(command, n);
+        command[n] = 0;
+    }
+    return r;
 }
 
 void console_print(const char* format, ...) {

@@ -32,6 +32,14 @@ public:
     /// True for the terminal front end, where graphs and dialogs are refused.
     virtual bool console_mode() const { return true; }
 
+    /// Waits before a statement in step mode. Returns step_run_statement to
+    /// execute one statement, step_command with a typed command line in
+    /// `command`, or step_end when input ended (the program is stopped).
+    virtual int wait_for_step(std::string& command) {
+        if (!read_line("Stepping -- Command: ", command)) return -1;
+        return command.empty() ? 0 : 1;
+    }
+
     /// Shows a message to the user (a box in the window, a line in a terminal).
     virtual void message_box(std::string_view title, std::string_view text) {
         write(title);
@@ -39,6 +47,12 @@ public:
         write(text);
         write("\n");
     }
+};
+
+enum StepAnswer : int {
+    step_end = -1,
+    step_run_statement = 0,
+    step_command = 1,
 };
 
 /// Flags through which a front end steers a running program. They are read by
@@ -59,6 +73,12 @@ struct HostState {
 };
 
 extern HostState host;
+
+/// Runs the front end's event pump (between statements, in long loops).
+void pump_events();
+/// Asks the front end what to do before a statement in step mode; a typed
+/// command goes to `command` (at most 255 characters).
+[[nodiscard]] int wait_for_step(char (&command)[256]);
 
 /// Appends text to the console and copies it to the log, which is flushed at
 /// once so that a killed process loses nothing that was shown.

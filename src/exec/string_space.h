@@ -14,6 +14,13 @@ enum StoreMode : int {
     store_rset = 2,    ///< right-justify into the existing length
 };
 
+/// Copies `src` into `dest` of `size` bytes, cut to fit and NUL-terminated.
+inline void copy_text(char* dest, std::size_t size, std::string_view src) {
+    const std::size_t n = src.size() < size - 1 ? src.size() : size - 1;
+    src.copy(dest, n);
+    dest[n] = 0;
+}
+
 /// The text at a String Space offset (offset 0 is the empty string).
 const char* string_at(std::uint32_t offset);
 

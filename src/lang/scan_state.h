@@ -59,6 +59,10 @@ struct ScanState {
     FunctionCallFrame call;
     /// Set by the PRINT statement while its items are evaluated (TAB is valid).
     bool in_print = false;
+    /// The statement is passed over (skip mode or the check pass): values are
+    /// scanned for their syntax and type only, and no value-dependent error
+    /// (division by zero, a subscript out of range, a function's domain) is raised.
+    bool skipping = false;
     /// Math-error indicator: a division went ahead under "matherrok".
     bool math_error = false;
 };

@@ -38,6 +38,11 @@ CommandLineCheck check_command_line(const std::string& program_path, const std::
         check.action = StartAction::show_help;
     else if (std::find(parameters.begin(), parameters.end(), "--version") != parameters.end())
         check.action = StartAction::show_version;
+    for (std::size_t i = check.console_mode ? 1 : 0; i < parameters.size(); ++i) {
+        if (parameters[i].rfind("--", 0) == 0) continue;
+        check.program_file = parameters[i];
+        break;
+    }
     return check;
 }
 
@@ -58,11 +63,14 @@ std::string folder_of(const std::string& path) {
 }
 
 std::string usage_text() {
-    return "Usage: tessaline [/c] [--help] [--version]\n"
+    return "Usage: tessaline [/c] [FILE.bas] [--help] [--version]\n"
            "\n"
            "Tessaline, an interactive BASIC interpreter.\n"
            "\n"
            "  /c         run in Console mode, in this terminal (must be the first parameter)\n"
+           "  FILE.bas   load and run this program first, as the command run \"FILE.bas\" does;\n"
+           "             then the command loop reads standard input. The exit status is 1\n"
+           "             when that program ended with an error, else 0.\n"
            "  --help     print this text and exit\n"
            "  --version  print the version and exit\n"
            "\n"

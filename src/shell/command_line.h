@@ -23,6 +23,9 @@ struct CommandLineCheck {
     StartAction action = StartAction::run;
     /// "/c" (any letter case) as the first parameter.
     bool console_mode = false;
+    /// A program file to load and run first: the first parameter after "/c"
+    /// (or the first parameter) that is not an option; empty when none.
+    std::string program_file;
     /// For StartAction::refuse: the message, shown with the title "Error".
     std::string error;
 };

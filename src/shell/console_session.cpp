@@ -1,9 +1,47 @@
 // console_session.cpp — Console mode's command loop and its closing prompt.
 #include "shell/console_session.h"
 
-namespace tl::shell {
+#include <algorithm>
+#include <cstdio>
 
-void run_command_line(const std::string& line) { (void)line; }
+#include "exec/commands.h"
+#include "exec/run_loop.h"
+#include "lang/lang_state.h"
+#include "shell/shell_state.h"
+
+namespace tl::shell {
+namespace {
+
+/// The settings' recent-command list: newest first, no repeats, 20 at most.
+void remember_command(const std::string& line) {
+    auto& entries = shell_state.settings.recent_commands.entries;
+    auto found = std::find(entries.begin(), entries.end(), line);
+    if (found != entries.end()) entries.erase(found);
+    entries.insert(entries.begin(), line);
+    entries.resize(static_cast<std::size_t>(recent_command_count));
+    shell_state.terminal.remember(line);
+}
+
+/// Typed input is shown by the terminal itself; the log gets a copy.
+void log_typed_line(const char* prompt, const std::string& line) {
+    if (host.log == nullptr) return;
+    std::fprintf(host.log, "%s%s\n", prompt, line.c_str());
+    std::fflush(host.log);
+}
+
+}  // namespace
+
+int execute_typed_line(const std::string& line) {
+    host.flags.interrupt_requested = false;
+    if (lang.reporter.debug) console_print("\nCommand Line:     %s\n\n", line.c_str());
+    return run_command_line(line.c_str());
+}
+
+bool run_program_file(const std::string& file) {
+    host.flags.interrupt_requested = false;
+    console_write("\n----- Beginning Program Execution---------------------------------------------\n");
+    return load_and_run(file.c_str(), false, false) >= 0;
+}
 
 void run_console_loop(FrontEnd& front_end) {
     std::string line;
@@ -13,7 +51,9 @@ void run_console_loop(FrontEnd& front_end) {
             return;
         }
         if (line.empty()) return;
-        run_command_line(line);
+        log_typed_line(command_prompt, line);
+        remember_command(line);
+        (void)execute_typed_line(line);
     }
 }
 

@@ -8,13 +8,18 @@
 namespace tl::shell {
 
 inline constexpr const char* command_prompt = "Command: ";
+inline constexpr int recent_command_count = 20;
 
-/// Hands one typed command line to the interpreter.
-/// Placeholder: the statement executor does not exist yet, so nothing runs.
-void run_command_line(const std::string& line);
+/// Runs one typed command line in the interpreter (the interrupt flag is
+/// cleared first). Returns 0 or the negated error of a failed command.
+int execute_typed_line(const std::string& line);
 
-/// Prompts with "Command: " and runs each line until an empty line or the end
-/// of input.
+/// Loads and runs `file` as the command `run "file"` does; true when the
+/// program ended without an error.
+bool run_program_file(const std::string& file);
+
+/// Prompts with "Command: " (or "Stepping -- Command: " while a program is
+/// paused) and runs each line until an empty line or the end of input.
 void run_console_loop(FrontEnd& front_end);
 
 /// Prints "Press <enter> to terminate program.\n" and waits for one line of

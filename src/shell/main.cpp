@@ -1,5 +1,7 @@
 // main.cpp — the program's entry: command-line checks, start-up, Console mode, exit.
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -16,8 +18,25 @@ namespace {
 
 using namespace tl::shell;
 
+/// The history file of the line editor, under the user's state folder.
+std::string history_file() {
+    const char* state = std::getenv("XDG_STATE_HOME");
+    std::string folder;
+    if (state != nullptr && *state != 0) {
+        folder = state;
+    } else if (const char* home = std::getenv("HOME"); home != nullptr && *home != 0) {
+        folder = std::string(home) + "/.local/state";
+    } else {
+        return {};
+    }
+    folder += "/tessaline";
+    std::error_code ec;
+    std::filesystem::create_directories(folder, ec);
+    return ec ? std::string() : folder + "/history";
+}
+
 /// Start-up in its fixed order; returns the exit code when the session is over.
-int run_session() {
+int run_session(const std::string& program_file) {
     ShellState& s = shell_state;
     s.settings = load_settings();
     tl::host.front_end = &s.terminal;
@@ -29,13 +48,18 @@ int run_session() {
         std::fprintf(stderr, "Cannot enter the working folder %s\n", s.working_folder.c_str());
     start_log_file(s.settings);
 
+    install_interrupt_handler();
+    s.terminal.enable_line_editing(history_file());
+    bool program_ok = true;
+    if (!program_file.empty()) program_ok = run_program_file(program_file);
     run_console_loop(s.terminal);
+    s.terminal.save_history();
     wait_before_exit(s.terminal);
 
     if (!save_settings(s.settings)) std::fprintf(stderr, "The settings could not be saved.\n");
     close_log_file();
     tl::host.front_end = nullptr;
-    return 0;
+    return program_ok ? 0 : 1;
 }
 
 }  // namespace
@@ -62,5 +86,13 @@ int main(int argc, char** argv) {
     shell_state.program_folder = folder_of(executable_path(argc > 0 ? argv[0] : nullptr));
     // The window does not exist yet, so every start runs in Console mode.
     shell_state.console_mode = true;
-    return run_session();
+    // A program named on the command line is found from the folder Tessaline
+    // was started in, before the working folder becomes current.
+    std::string program_file = check.program_file;
+    if (!program_file.empty()) {
+        std::error_code ec;
+        const std::filesystem::path absolute = std::filesystem::absolute(program_file, ec);
+        if (!ec) program_file = absolute.lexically_normal().string();
+    }
+    return run_session(program_file);
 }

@@ -1,0 +1,145 @@
+// print_statement.cpp — the item loop of PRINT and WRITE: USING, TAB, separators.
+#include <cstring>
+#include <vector>
+
+#include "exec/commands.h"
+#include "exec/exec_state.h"
+#include "exec/output_line.h"
+#include "exec/statements.h"
+#include "lang/error_reporter.h"
+#include "lang/error_table.h"
+#include "lang/evaluator.h"
+#include "lang/keyword_tables.h"
+#include "lang/lang_state.h"
+#include "lang/scanner.h"
+#include "longmath/long_convert.h"
+#include "longmath/long_state.h"
+
+namespace tl {
+namespace {
+
+bool is_name_char(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$';
+}
+
+/// True when the next item is the word `word` (letter case ignored) as a whole
+/// name; with `paren` it must be followed by "(". Consumes the word on a match.
+bool next_word_is(const char* word, bool paren) {
+    skip_blanks();
+    const char* p = lang.scan.position;
+    const std::size_t n = std::strlen(word);
+    if (static_cast<std::size_t>(lang.scan.end - p) < n) return false;
+    for (std::size_t i = 0; i < n; ++i) {
+        char c = p[i];
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        if (c != word[i]) return false;
+    }
+    const char* q = p + n;
+    if (q < lang.scan.end && is_name_char(*q)) return false;
+    if (paren) {
+        while (q < lang.scan.end && (*q == ' ' || *q == '\t')) ++q;
+        if (q >= lang.scan.end || *q != '(') return false;
+    }
+    lang.scan.position = p + n;
+    return true;
+}
+
+/// Text of the long work register for PRINT (plain, or formatted under USING).
+int long_text(const PrintSession& s, std::vector<char>& buffer, std::string_view& out) {
+    const LongNumber& n = long_state.work;
+    const std::size_t need = static_cast<std::size_t>(n.len) + static_cast<std::size_t>(n.exp > 0 ? n.exp : -n.exp) + 64;
+    if (buffer.size() < need) buffer.resize(need);
+    const int length = s.using_format ? long_format(n, s.format, buffer.data(), buffer.size(), true)
+                                      : long_to_string(n, buffer.data(), buffer.size(), true);
+    if (length < 0) return length;
+    out = std::string_view(buffer.data(), static_cast<std::size_t>(length));
+    return 0;
+}
+
+int print_items(PrintSession& s) {
+    const bool skip = exec.skip;
+    if (next_word_is("using", false)) {
+        const int column = scan_column();
+        const int kind = evaluate_expression(scan_separators);
+        if (kind < 0) return kind;
+        if (kind != kind_string) return error_at_column(err_invalid_format_string_print_using, column);
+        if (lang.scan.terminator != ';' && lang.scan.terminator != ',')
+            return error_at_column(err_format_string_followed_by_semicolon, scan_column());
+        s.item_column = column;
+        if (!skip) {
+            if (int rc = select_using_format(s, lang.scan.buffer); rc < 0) return rc;
+        }
+    }
+    bool any = false;
+    for (;;) {
+        begin_print_item(s);
+        s.item_column = scan_column();
+        if (next_word_is("tab", true)) {
+            Item params[7];
+            const int count = parse_parameter_list(params);
+            if (count < 0) return count;
+            if (count != 1) return error_at_column(err_incorrect_number_parameters, s.item_column);
+            double column = 0;
+            if (params[0].kind == kind_double) {
+                column = params[0].number;
+            } else if (params[0].kind == kind_numeric_text) {
+                column = std::strtod(item_text(params[0]), nullptr);
+            } else {
+                return error_at_column(err_invalid_type_expecting_number, s.item_column);
+            }
+            if (!skip) {
+                if (int rc = set_tab_target(s, column); rc < 0) return rc;
+            }
+            skip_blanks();
+            if (lang.scan.position < lang.scan.end && (*lang.scan.position == ';' || *lang.scan.position == ','))
+                ++lang.scan.position;
+            continue;
+        }
+        const int kind = evaluate_expression(scan_separators);
+        if (kind < 0) return kind;
+        if (kind == 0) break;
+        std::string_view text;
+        double number = 0;
+        switch (kind) {
+            case kind_double: number = lang.scan.result; break;
+            case kind_string:
+            case kind_numeric_text: text = lang.scan.buffer; break;
+            case kind_long:
+                if (!skip) {
+                    if (int rc = long_text(s, exec.long_text, text); rc < 0) return rc;
+                }
+                break;
+            default: return error_at_column(err_invalid_type, s.item_column);
+        }
+        if (!skip) {
+            if (int rc = write_print_item(s, static_cast<std::uint32_t>(kind), number, text); rc < 0) return rc;
+        }
+        any = true;
+        const char t = lang.scan.terminator;
+        finish_print_item(s, t == ';');
+        if (t != ';' && t != ',') break;
+    }
+    if (skip) return 0;
+    return end_print_line(s, any);
+}
+
+}  // namespace
+
+int do_print(bool write_mode) {
+    skip_blanks();
+    if (lang.scan.position < lang.scan.end && *lang.scan.position == '#') {
+        if (exec.skip) {
+            skip_statement_text();
+            return 0;
+        }
+        return error_at_column(err_invalid_file_number, scan_column());
+    }
+    PrintSession s;
+    begin_print(s, 0, write_mode);
+    lang.scan.in_print = true;
+    const int rc = print_items(s);
+    lang.scan.in_print = false;
+    return rc;
+}
+
+}  // namespace tl

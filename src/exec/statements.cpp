@@ -1,0 +1,275 @@
+// statements.cpp — do_keyword_statement and the statements that fit in a few lines.
+#include "exec/statements.h"
+
+#include <cstring>
+
+#include "exec/arrays.h"
+#include "exec/commands.h"
+#include "exec/exec_state.h"
+#include "exec/front_end.h"
+#include "exec/memory_areas.h"
+#include "exec/program_store.h"
+#include "exec/run_loop.h"
+#include "exec/string_space.h"
+#include "lang/error_reporter.h"
+#include "lang/error_table.h"
+#include "lang/evaluator.h"
+#include "lang/keyword_tables.h"
+#include "lang/lang_state.h"
+#include "lang/scanner.h"
+#include "longmath/long_state.h"
+
+namespace tl {
+namespace {
+
+/// Statements whose subsystem is not built yet: passed over when skipping,
+/// refused when executed.
+int not_yet_available() {
+    if (exec.skip) {
+        skip_statement_text();
+        return 0;
+    }
+    return error_at_column(err_invalid_statement, 0);
+}
+
+int do_rem() {
+    lang.scan.position = lang.scan.end;
+    return 0;
+}
+
+/// DATA: recorded by the check pass, passed over at run time.
+int do_data() {
+    const char* data_start = lang.scan.position;
+    skip_statement_text();
+    if (!exec.check_mode) return 0;
+    if (exec.running_command_line) return error_at_column(err_statement_not_valid_command_line, 0);
+    if (areas.data_statement_count > areas.sizes[size_number_of_data_statements])
+        return error_at_column(err_too_many_data_statements, 0);
+    DataStatementEntry& e = areas.data_statements[areas.data_statement_count];
+    // The first DATA of a numbered line carries the number.
+    bool first_on_line = true;
+    for (std::uint32_t i = 0; i < areas.data_statement_count; ++i) {
+        if (areas.data_statements[i].program_offset == exec.position.line_offset) first_on_line = false;
+    }
+    e.number = first_on_line ? exec.statement_number : 0;
+    e.program_offset = exec.position.line_offset;
+    e.data_offset = static_cast<std::uint32_t>(data_start - exec.current_line->text);
+    e.data_length = static_cast<std::uint32_t>(lang.scan.position - data_start);
+    ++areas.data_statement_count;
+    return 0;
+}
+
+/// DIM name(dims) [, name(dims) ...]
+int do_dim() {
+    for (;;) {
+        Item item;
+        const int column = scan_column();
+        const int k = get_item(item, scan_declaration);
+        if (k < 0) return k;
+        if (k != scan_name) return error_at_column(err_no_subscripts_array_definition, column);
+        char name[64];
+        copy_text(name, sizeof name, lang.scan.name);
+        name[sizeof name - 1] = 0;
+        Item dims[max_parameters];
+        const int count = parse_parameter_list(dims);
+        if (count < 0) return count;
+        double values[max_parameters];
+        for (int i = 0; i < count; ++i) {
+            values[i] = 0;
+            if (dims[i].kind == kind_double) {
+                values[i] = dims[i].number;
+            } else if (dims[i].kind == kind_numeric_text) {
+                values[i] = std::strtod(item_text(dims[i]), nullptr);
+            } else {
+                values[i] = -1;  // not numeric
+            }
+        }
+        if (!exec.skip && !areas.scan_only) {
+            lang.reporter.error_column = column;
+            const int rc = dimension_array(name, count, values, false);
+            if (rc < 0) return rc;
+        }
+        skip_blanks();
+        if (lang.scan.position < lang.scan.end && *lang.scan.position == ',') {
+            ++lang.scan.position;
+            if (at_statement_end()) return error_at_column(err_expect_more_items_following_comma, scan_column());
+            continue;
+        }
+        return 0;
+    }
+}
+
+/// ERASE name [, name ...]: exact (letter case counts) names.
+int do_erase() {
+    for (;;) {
+        skip_blanks();
+        const char* p = lang.scan.position;
+        while (p < lang.scan.end && *p != ',' && *p != ':' && *p != ' ' && *p != '\t') ++p;
+        const std::string_view name(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
+        lang.scan.position = p;
+        if (!exec.skip && !name.empty()) erase_array(name);
+        skip_blanks();
+        if (lang.scan.position < lang.scan.end && *lang.scan.position == ',') {
+            ++lang.scan.position;
+            continue;
+        }
+        return 0;
+    }
+}
+
+/// DEBUG option [, option ...]
+int do_debug() {
+    for (;;) {
+        skip_blanks();
+        const char* p = lang.scan.position;
+        while (p < lang.scan.end && ((*p >= 'a' && *p <= 'z') || (*p >= 'A' && *p <= 'Z'))) ++p;
+        const std::string_view word(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
+        const int column = scan_column();
+        const int option = find_keyword(Table::debug_options, word);
+        if (option < 0) return error_at_column(err_invalid_debug_function, column);
+        lang.scan.position = p;
+        if (!exec.skip) {
+            switch (option) {
+                case dbg_step:
+                    host.flags.step_mode = true;
+                    exec.announce = true;
+                    break;
+                case dbg_trace: exec.trace = true; break;
+                case dbg_off:
+                    lang.reporter.debug = false;
+                    exec.trace = false;
+                    break;
+                case dbg_detail: lang.reporter.debug = true; break;
+                case dbg_optmul: long_state.mode.optmul = true; break;
+                case dbg_long: long_state.mode.debug_display = true; break;
+                case dbg_round: long_state.mode.rounding = true; break;
+                case dbg_truncate: long_state.mode.rounding = false; break;
+                case dbg_oldconvert: long_state.mode.oldconvert = true; break;
+                case dbg_matherrok: long_state.mode.matherrok = true; break;
+                case dbg_testdata: console_write("Initializing test variables.\n"); break;
+                default: break;
+            }
+        }
+        skip_blanks();
+        if (lang.scan.position < lang.scan.end && *lang.scan.position == ',') {
+            ++lang.scan.position;
+            continue;
+        }
+        return 0;
+    }
+}
+
+/// PRINTALL ["variables" | "arrays" | "memory" | "reserved"]
+int do_printall() {
+    char which[20] = {};
+    if (!at_statement_end()) {
+        const int column = scan_column();
+        const int kind = evaluate_expression(0);
+        if (kind < 0) return kind;
+        if (kind != kind_string) return error_at_column(err_invalid_parameter_printall, column);
+        copy_text(which, sizeof which, lang.scan.buffer);
+        for (char& c : which)
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        if (std::strcmp(which, "variables") != 0 && std::strcmp(which, "arrays") != 0 &&
+            std::strcmp(which, "memory") != 0 && std::strcmp(which, "reserved") != 0)
+            return error_at_column(err_invalid_parameter_printall, column);
+    }
+    if (exec.skip) return 0;
+    if (which[0] == 0 || std::strcmp(which, "memory") == 0) print_memory_report();
+    return 0;
+}
+
+/// APPEND and INCLUDE: performed by the check pass only.
+int do_append_include(ReadMode mode) {
+    if (exec.running_command_line) return error_at_column(err_statement_not_valid_command_line, 0);
+    if (at_statement_end()) return error_at_column(err_missing_file_name_load_append, 0);
+    const int column = scan_column();
+    const int kind = evaluate_expression(0);
+    if (kind < 0) return kind;
+    if (kind != kind_string) return error_at_column(err_invalid_file_name_run_load, column);
+    if (!exec.check_mode) return 0;
+    copy_text(exec.program_file, sizeof exec.program_file, lang.scan.buffer);
+    lang.reporter.error_column = column;
+    // Inserted behind the current line; the current line itself stays in place.
+    return read_program_file(exec.program_file, mode, exec.position.next_offset);
+}
+
+/// CHAIN file [, "keepdata"]
+int do_chain() {
+    if (exec.running_command_line) return error_at_column(err_statement_not_valid_command_line, 0);
+    const int column = scan_column();
+    const int kind = evaluate_expression(scan_separators);
+    if (kind < 0) return kind;
+    if (kind != kind_string) return error_at_column(err_invalid_type_expecting_string, column);
+    char file[261];
+    copy_text(file, sizeof file, lang.scan.buffer);
+    file[sizeof file - 1] = 0;
+    bool keep = false;
+    if (!at_statement_end()) {
+        const int kcolumn = scan_column();
+        const int k2 = evaluate_expression(0);
+        if (k2 < 0) return k2;
+        char word[16] = {};
+        if (k2 == kind_string) {
+            copy_text(word, sizeof word, lang.scan.buffer);
+            for (char& c : word)
+                if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        }
+        if (k2 != kind_string || std::strcmp(word, "keepdata") != 0)
+            return error_at_column(err_invalid_statement, kcolumn);
+        keep = true;
+    }
+    if (exec.skip) return 0;
+    std::memcpy(exec.chain_file, file, sizeof file);
+    exec.chain_keep_data = keep;
+    exec.chain_pending = true;
+    return do_end();
+}
+
+}  // namespace
+
+int do_keyword_statement(int slot) {
+    if (slot < 0 || slot >= stmt_count) return -1;
+    if (lang.reporter.debug) console_print("Keyword Statement is %s\n", keyword_name(Table::statements, slot));
+    switch (slot) {
+        case stmt_rem: return do_rem();
+        case stmt_data: return do_data();
+        case stmt_dim: return do_dim();
+        case stmt_end: return do_end();
+        case stmt_stop: return do_stop();
+        case stmt_erase: return do_erase();
+        case stmt_for: return do_for();
+        case stmt_next: return do_next();
+        case stmt_gosub: return do_gosub();
+        case stmt_return: return do_return();
+        case stmt_goto: return do_goto();
+        case stmt_if: return do_if();
+        case stmt_then: return do_then();
+        case stmt_else: return do_else();
+        case stmt_while: return do_while();
+        case stmt_wend: return do_wend();
+        case stmt_printall: return do_printall();
+        case stmt_debug: return do_debug();
+        case stmt_on: return do_on();
+        case stmt_break: return do_break();
+        case stmt_continue: return do_continue();
+        case stmt_cont: return do_cont();
+        case stmt_append: return do_append_include(read_append);
+        case stmt_include: return do_append_include(read_include);
+        case stmt_chain: return do_chain();
+        case stmt_print: return do_print(false);
+        case stmt_write: return do_print(true);
+        case stmt_using: return error_at_column(err_using_only_valid_print_statement, 0);
+        case stmt_to:
+        case stmt_step: return error_at_column(err_invalid_statement, 0);
+        case stmt_line:
+            if (exec.skip) {
+                skip_statement_text();
+                return 0;
+            }
+            return error_at_column(err_invalid_statement, 0);
+        default: return not_yet_available();
+    }
+}
+
+}  // namespace tl
