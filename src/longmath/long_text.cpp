@@ -58,6 +58,8 @@ int long_parse_text(std::string_view text, ParsedLongText& out, bool report) {
         }
     }
 
+    const std::size_t mantissa_end = pos;
+
     // Exponent part, then the end of the text.
     long written_exponent = 0;
     if (pos < end && (text[pos] == 'e' || text[pos] == 'E')) {
@@ -87,7 +89,7 @@ int long_parse_text(std::string_view text, ParsedLongText& out, bool report) {
     int significant = all_digits - leading_zeros;
     p.exponent = static_cast<std::int32_t>(written_exponent - fraction_digits + significant);
     int trailing = 0;
-    for (std::size_t i = last_nonzero + 1; i < pos; ++i) {
+    for (std::size_t i = last_nonzero + 1; i < mantissa_end; ++i) {
         if (is_digit(text[i])) ++trailing;
     }
     const int digits = significant - trailing;
