@@ -22,7 +22,8 @@ Rational from_integer(const Integer& i) {
     return r;
 }
 
-/// Smallest e with |x| < 10^e (x non-zero).
+}  // namespace
+
 long decimal_magnitude(const Rational& x) {
     const Rational a = x.abs();
     long e = static_cast<long>(mpz_sizeinbase(mpq_numref(a.get()), 10)) -
@@ -32,7 +33,7 @@ long decimal_magnitude(const Rational& x) {
     return e;
 }
 
-}  // namespace
+Rational trunc_to(const Rational& x, long unit_exp) { return trunc_int(x * pow10q(-unit_exp)) * pow10q(unit_exp); }
 
 Rational pow10q(long k) {
     Integer p;
@@ -118,7 +119,7 @@ std::string random_number_text(std::mt19937_64& rng, int max_digits, int max_exp
     digits[0] = static_cast<char>('1' + rng() % 9);
     // Some long runs of zeros and nines, where carries and cuts happen.
     if (count > 4 && rng() % 4 == 0) {
-        const std::size_t from = rng() % static_cast<unsigned>(count);
+        const std::size_t from = 1 + rng() % static_cast<unsigned>(count - 1);
         const char fill = rng() % 2 == 0 ? '0' : '9';
         for (std::size_t i = from; i < digits.size() && i < from + rng() % 40; ++i) digits[i] = fill;
     }

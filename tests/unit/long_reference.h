@@ -72,6 +72,12 @@ Rational value_of(const LongNumber& n);
 /// The exact value of a decimal text "[-]ddd[.ddd][e[+-]ddd]".
 Rational decimal_value(const std::string& text);
 
+/// Smallest e with |x| < 10^e (x non-zero).
+long decimal_magnitude(const Rational& x);
+
+/// `x` truncated toward zero to a multiple of 10^unit_exp.
+Rational trunc_to(const Rational& x, long unit_exp);
+
 /// Truncation toward zero to an integer.
 Rational trunc_int(const Rational& x);
 
