@@ -31,64 +31,58 @@ bool less_than(const std::uint32_t* x, const std::uint32_t* y, int n) {
 
 /// The long-division core: q[0..Q-1] = r / d, where r has n + Q - 1 blocks
 /// and d has n blocks with d[0] >= 10^7. The remainder is left in r. Each
-/// quotient block is guessed from the leading blocks and corrected by
-/// single steps. Returns 0 or the interruption check's negative code.
+/// quotient block is guessed from the leading blocks; a guess that was too
+/// high is lowered by one (adding d back) until the rest is not negative, and
+/// a guess that was too low is followed by another guess at the same position.
+/// Returns 0 or the interruption check's negative code.
 int divide_blocks(std::uint32_t* r, const std::uint32_t* d, int n, std::uint32_t* q, int Q) {
-    std::uint32_t* prod = grow(long_state.division_product, n + 1);
     // Trial quotients divide by d[0] + d[1] / 10^8 through this multiplier.
     const std::uint64_t m = n >= 2 ? long_base - d[1] / d[0] : long_base;
     const std::uint64_t d0 = d[0];
+    const std::int64_t base = long_base;
     for (int i = 0; i < Q; ++i) {
-        bool too_high = false;
-        std::uint64_t last_guess = 0;
+        std::uint32_t* span = r + i;
         int subtractions = 0;
         std::uint64_t t = i == 0 ? 0 : r[i - 1];
         for (;;) {
-            if (t == 0 && less_than(r + i, d, n)) break;
-            std::uint64_t guess;
-            if (too_high) {
-                q[i] -= static_cast<std::uint32_t>(last_guess);
-                guess = last_guess - 1;
-            } else {
-                guess = (t * m + static_cast<std::uint64_t>(r[i]) * m / long_base) / d0;
-                if (guess == 0) guess = 1;
-            }
-            q[i] += static_cast<std::uint32_t>(guess);
+            if (t == 0 && less_than(span, d, n)) break;
+            std::uint64_t guess = (t * m + static_cast<std::uint64_t>(span[0]) * m / long_base) / d0;
+            if (guess == 0) guess = 1;
 
-            std::uint64_t carry = 0;
+            // span -= d * guess in one pass: each product's low part goes to
+            // its own block and its high part to the block above, so only a
+            // borrow of 0..2 runs along the blocks.
+            std::int64_t borrow = 0;
+            std::int64_t high_above = 0;
             for (int k = n - 1; k >= 0; --k) {
-                const std::uint64_t v = d[k] * guess + carry;
-                carry = v / long_base;
-                prod[k + 1] = static_cast<std::uint32_t>(v - carry * long_base);
+                const std::uint64_t p = d[k] * guess;
+                const std::uint64_t hi = p / long_base;
+                const std::int64_t lo = static_cast<std::int64_t>(p - hi * long_base);
+                std::int64_t v = static_cast<std::int64_t>(span[k]) - lo - high_above - borrow;
+                borrow = (v < 0 ? 1 : 0) + (v < -base ? 1 : 0);
+                v += borrow * base;
+                span[k] = static_cast<std::uint32_t>(v);
+                high_above = static_cast<std::int64_t>(hi);
             }
-            prod[0] = static_cast<std::uint32_t>(carry);
-
-            // The span of r the product is taken from: one block above
-            // position i, except at i = 0 where there is no block above.
-            std::uint32_t* span = i == 0 ? r : r + i - 1;
-            const std::uint32_t* p = i == 0 ? prod + 1 : prod;
-            const int width = i == 0 ? n : n + 1;
-            const bool fits = (i > 0 || prod[0] == 0) && !less_than(span, p, width);
-            if (fits) {
-                std::uint32_t borrow = 0;
-                for (int k = width - 1; k >= 0; --k) {
-                    const std::uint32_t take = p[k] + borrow;
-                    if (span[k] >= take) {
-                        span[k] -= take;
-                        borrow = 0;
-                    } else {
-                        span[k] = span[k] + long_base - take;
-                        borrow = 1;
-                    }
-                }
-                if (++subtractions >= 2) ++long_state.low_guesses;
-                too_high = false;
-            } else {
+            // The block above the span (none at position 0).
+            std::int64_t top = static_cast<std::int64_t>(t) - high_above - borrow;
+            std::uint64_t taken = guess;
+            while (top < 0) {
+                // Too high: lower the guess by one.
                 ++long_state.high_guesses;
-                too_high = true;
-                last_guess = guess;
+                --taken;
+                std::uint32_t carry = 0;
+                for (int k = n - 1; k >= 0; --k) {
+                    const std::uint32_t v = span[k] + d[k] + carry;
+                    carry = v >= long_base ? 1u : 0u;
+                    span[k] = v - carry * long_base;
+                }
+                top += carry;
             }
-            t = i == 0 ? 0 : r[i - 1];
+            q[i] += static_cast<std::uint32_t>(taken);
+            if (i > 0) r[i - 1] = static_cast<std::uint32_t>(top);
+            if (++subtractions >= 2) ++long_state.low_guesses;
+            t = static_cast<std::uint64_t>(top);
         }
         const int rc = long_poll_interrupt(long_state.divide_work, static_cast<std::uint32_t>(n), divide_poll_work);
         if (rc < 0) return rc;

@@ -34,7 +34,6 @@ struct LongState {
     /// Reused work areas of multiply and divide (grown, never shrunk).
     std::vector<std::uint64_t> product_columns;
     std::vector<std::uint32_t> division_rest;
-    std::vector<std::uint32_t> division_product;
     std::vector<std::uint32_t> division_divisor;
     /// Result of an operation whose target is also one of its operands.
     LongNumber alias_result;

@@ -105,6 +105,7 @@ TEST_P(LongArithRandomTest, Multiply) {
 }
 
 TEST_P(LongArithRandomTest, Divide) {
+    int high_guesses = 0;
     for (int i = 0; i < iterations; ++i) {
         mode.rounding = i % 4 != 0;
         LongNumber a = operand();
@@ -123,7 +124,10 @@ TEST_P(LongArithRandomTest, Divide) {
         } else {
             ASSERT_EQ(value_of(q), round_sig(av / bv, precision(), mode.rounding)) << av.str() << " / " << bv.str();
         }
+        high_guesses += long_state.high_guesses;
     }
+    // The correction of guesses that were too high has been exercised.
+    EXPECT_GT(high_guesses, 0);
 }
 
 TEST_P(LongArithRandomTest, Mod) {
