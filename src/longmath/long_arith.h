@@ -13,7 +13,10 @@ namespace tl {
 [[nodiscard]] int long_subtract(const LongNumber& a, const LongNumber& b, LongNumber& result);
 /// Rounded to the precision except in integer mode (the result is normalised).
 [[nodiscard]] int long_multiply(const LongNumber& a, const LongNumber& b, LongNumber& result);
-/// Quotient (normalised); the operands may be changed. In integer mode the
+/// The product as formed, before normalisation (the caller normalises).
+[[nodiscard]] int long_multiply_unnormalised(const LongNumber& a, const LongNumber& b, LongNumber& result);
+/// Quotient (normalised); the operands may be changed (normalised, or cut to
+/// their integer part in integer mode). The quotient may be an operand. In integer mode the
 /// remainder is left in the global remainder number. Error 166 for a zero divisor.
 [[nodiscard]] int long_divide(LongNumber& dividend, LongNumber& divisor, LongNumber& quotient);
 /// Remainder of a / b: in integer mode the division remainder, in floating-point

@@ -37,6 +37,10 @@ void long_reserve(LongNumber& n, int digits);
 /// Converts a finite double through 24 correctly rounded digits (error 99).
 [[nodiscard]] int long_from_double(double x, LongNumber& dest, bool report);
 
+/// Double to long into the conversion scratch number; returns the long
+/// item kind (14) or a negated error.
+[[nodiscard]] int long_double_to_scratch(double x, bool report);
+
 /// Converts to the nearest double (error 164 when too large).
 [[nodiscard]] int long_to_double(const LongNumber& n, double& out, bool report);
 
@@ -55,5 +59,12 @@ void long_reserve(LongNumber& n, int digits);
 
 /// The debug dump (only while the long-number debug display is on).
 void long_debug_dump(const char* label, const LongNumber& n, int mode);
+
+/// The short form used by the variable display; returns its length.
+int long_short_form(const LongNumber& n, char* buffer, std::size_t size);
+
+/// Publishes the internals of `n` into the numeric peek variables
+/// (peekbcdlength, peekbcdsign, ...) while peek values are switched on.
+void long_peek_values(const LongNumber& n);
 
 }  // namespace tl

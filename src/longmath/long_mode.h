@@ -13,6 +13,7 @@ struct LongMode {
     bool oldconvert = false;    ///< long-to-double through the C library
     bool matherrok = false;     ///< math errors set an indicator instead of stopping
     bool timing = false;        ///< print the "Calc. Time" lines
+    bool peek_values = false;   ///< publish a number's internals into the peek variables (DEBUG "lnrat")
 };
 
 }  // namespace tl

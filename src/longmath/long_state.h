@@ -1,8 +1,10 @@
 // long_state.h — the long-number subsystem's process-wide state in one record.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
+#include "longmath/long_arith.h"
 #include "longmath/long_mode.h"
 #include "longmath/long_space.h"
 
@@ -20,6 +22,21 @@ struct LongState {
     /// Compaction target while a houseclean relocates long numbers.
     std::vector<LongNumber> compacted;
     std::uint32_t compacted_count = 0;
+
+    /// The run loop's interruption check (null: never interrupt) and the work
+    /// done since multiply and divide last called it.
+    LongInterruptCheck interrupt_check = nullptr;
+    std::uint32_t multiply_work = 0;
+    std::uint32_t divide_work = 0;
+    /// Trial-quotient corrections of the last division.
+    int high_guesses = 0;
+    int low_guesses = 0;
+    /// Reused work areas of multiply and divide (grown, never shrunk).
+    std::vector<std::uint64_t> product_columns;
+    std::vector<std::uint32_t> division_rest;
+    std::vector<std::uint32_t> division_divisor;
+    /// Result of an operation whose target is also one of its operands.
+    LongNumber alias_result;
 };
 
 extern LongState long_state;
