@@ -36,24 +36,19 @@ TEST(TerminalFrontEnd, PromptsReadsLinesAndStripsLineEnds) {
     std::fclose(out);
 }
 
-class ConsoleSessionTest : public ::testing::Test {
-protected:
-    RecordingFrontEnd fe;
-    void SetUp() override { host.front_end = &fe; }
-    void TearDown() override { host.front_end = nullptr; }
-};
+using ConsoleSessionTest = CoreTest;
 
 TEST_F(ConsoleSessionTest, LoopStopsAtAnEmptyLine) {
-    fe.input = {"print 1", "list", "", "never read"};
+    fe.input = {"print 1", "x = 2", "", "never read"};
     shell::run_console_loop(fe);
-    EXPECT_EQ(fe.take(), "Command: Command: Command: ");
+    EXPECT_EQ(fe.take(), "Command: 1\nCommand: Result: x =                       2  ************\nCommand: ");
     EXPECT_EQ(fe.input.size(), 1U);
 }
 
 TEST_F(ConsoleSessionTest, LoopStopsAtEndOfInputOnAFreshLine) {
-    fe.input = {"x = 1"};
+    fe.input = {"?"};
     shell::run_console_loop(fe);
-    EXPECT_EQ(fe.take(), "Command: Command: \n");
+    EXPECT_EQ(fe.take(), "Command: \nCommand: \n");
 }
 
 TEST_F(ConsoleSessionTest, ClosingPromptIsLoggedAndConsumesOneLine) {
