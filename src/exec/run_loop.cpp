@@ -322,7 +322,8 @@ int do_assignment(const Item& target, int kind) {
         number = &lang.predefined[static_cast<std::size_t>(predefined)].number;
     } else if (target.array != nullptr) {
         type = target.array->type;
-        if (s.value_ref == nullptr) return error_at_column(err_invalid_statement, target.column);
+        if (s.value_ref == nullptr && !exec.skip && !areas.scan_only)
+            return error_at_column(err_invalid_statement, target.column);
         if (type == kind_double) {
             number = static_cast<double*>(s.value_ref);
         } else {

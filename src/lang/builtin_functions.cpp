@@ -179,15 +179,18 @@ int do_function(int slot, Item* params, int count, bool has_list) {
     if (slot < 0 || slot >= fn_count) return -1;
     const FunctionEntry& f = functions[slot];
     if (lang.scan.defining_function) return dummy_result(f.result_kind);
-    if (f.handler == nullptr) return report_error(err_invalid_function_call);
     if (count < f.min_params || count > f.max_params) return report_error(err_incorrect_number_parameters);
+    // Passing over a statement: the call is checked, not made (no domain
+    // errors from stale values, no effects such as random draws or input).
+    if (lang.scan.skipping) return dummy_result(f.result_kind);
+    if (f.handler == nullptr) return report_error(err_invalid_function_call);
     return f.handler(params, count);
 }
 
 int do_special_function(int slot) {
     if (slot < 0 || slot >= sfn_count) return -1;
     const SpecialEntry& f = special_functions[slot];
-    if (lang.scan.defining_function) return dummy_result(f.result_kind);
+    if (lang.scan.defining_function || lang.scan.skipping) return dummy_result(f.result_kind);
     if (f.handler == nullptr) return report_error(err_invalid_function_call);
     return f.handler();
 }

@@ -168,8 +168,11 @@ int pass_power(ItemTable& t) {
         const int k = operands(t, i, err_operands_must_be_numbers);
         if (k < 0) return k;
         if (k == kind_double) {
-            const double r = std::pow(t.items[i - 1].number, t.items[i + 1].number);
-            if (!std::isfinite(r)) return fail(err_power_root_error_result, op.column);
+            double r = std::pow(t.items[i - 1].number, t.items[i + 1].number);
+            if (!std::isfinite(r)) {
+                if (!lang.scan.skipping) return fail(err_power_root_error_result, op.column);
+                r = 0.0;  // a value met while passing over a statement raises nothing
+            }
             replace_by_double(t, i, r);
             continue;
         }
@@ -186,6 +189,12 @@ int divide_doubles(ItemTable& t, int i, char c) {
     const double a = t.items[i - 1].number;
     const double b = t.items[i + 1].number;
     double r = 0.0;
+    if (lang.scan.skipping) {
+        // Passing over a statement: stale or dummy values raise nothing.
+        r = c == '*' ? a * b : (b == 0.0 ? 0.0 : (c == '%' ? std::fmod(a, b) : a / b));
+        replace_by_double(t, i, std::isfinite(r) ? r : 0.0);
+        return 0;
+    }
     if (c == '*') {
         r = a * b;
         if (!std::isfinite(r)) return fail(err_invalid_result_multiply_divide, column);
@@ -226,9 +235,15 @@ int pass_multiply_divide(ItemTable& t) {
         } else if (c == '*') {
             r = long_operation(t, i, [](LongNumber& a, LongNumber& b, LongNumber& q) { return long_multiply(a, b, q); });
         } else if (c == '/') {
-            r = long_operation(t, i, [](LongNumber& a, LongNumber& b, LongNumber& q) { return long_divide(a, b, q); });
+            r = long_operation(t, i, [](LongNumber& a, LongNumber& b, LongNumber& q) {
+                if (lang.scan.skipping && b.blocks[0] == 0) return (long_set_zero(q), 0);
+                return long_divide(a, b, q);
+            });
         } else {
-            r = long_operation(t, i, [](LongNumber& a, LongNumber& b, LongNumber& q) { return long_mod(a, b, q); });
+            r = long_operation(t, i, [](LongNumber& a, LongNumber& b, LongNumber& q) {
+                if (lang.scan.skipping && b.blocks[0] == 0) return (long_set_zero(q), 0);
+                return long_mod(a, b, q);
+            });
         }
         if (r < 0) return r;
     }

@@ -209,13 +209,22 @@ bool subscript_value(const Item& p, double& out) {
     }
 }
 
+/// True when the subscripts address an element (the checks of address_element, quietly).
+bool element_in_range(const ArrayEntry& a, int count, const double* values) {
+    if (count != a.dimensions) return false;
+    for (int i = 0; i < count; ++i) {
+        if (!(values[i] >= 0.0 && values[i] < static_cast<double>(a.sizes[i]))) return false;
+    }
+    return true;
+}
+
 int scan_array_element(Item& item, int mode, std::string_view name) {
     ScanState& s = lang.scan;
     ArrayEntry* a = find_array(name);
     if (a == nullptr) {
         if (declaring(mode)) return scan_name;  // DIM or LONG of a new array: the statement reads the sizes
         if ((mode & scan_reference_only) != 0) return -1;
-        if (!s.defining_function) {
+        if (!s.defining_function && !s.skipping) {
             console_print("\n%s\n", s.name);
             return scan_error(err_not_function_or_array, item.column);
         }
@@ -235,8 +244,10 @@ int scan_array_element(Item& item, int mode, std::string_view name) {
         release();
         return count;
     }
-    if (a == nullptr) {  // checking a definition: any element is the double 0
+    if (a == nullptr) {  // checking a definition or passing over: a dummy element
         release();
+        s.value_ref = nullptr;
+        if (!name.empty() && name.back() == '$') return give_string(item, "");
         return give_double(item, 0.0);
     }
     if (lang.reporter.debug) list_parameter_list(subscripts, count, true, array_name(*a));
@@ -251,6 +262,18 @@ int scan_array_element(Item& item, int mode, std::string_view name) {
     }
     release();
     format_element_reference(*a, count, values, s.name, name_buffer_size);
+    if (s.skipping && !element_in_range(*a, count, values)) {
+        // A stale subscript while passing over a statement: a dummy element.
+        s.value_ref = nullptr;
+        item.array = a;
+        if (a->type == kind_string) return give_string(item, "");
+        if (a->type == kind_long) {
+            set_long_zero(long_state.work);
+            item.kind = kind_long;
+            return kind_long;
+        }
+        return give_double(item, 0.0);
+    }
     const std::int64_t offset = address_element(*a, count, values, columns);
     if (offset < 0) return static_cast<int>(offset);
     const auto element = static_cast<std::size_t>(offset);
