@@ -126,8 +126,10 @@ void skip_colon() {
 int column_in_line() { return static_cast<int>(lang.scan.position - exec.current_line->text); }
 
 /// Reads the statement number of GOTO/GOSUB; "Missing statement number." if none.
+/// Later errors about the target point at it.
 int read_target(std::uint32_t& number) {
     skip_blanks();
+    exec.target_column = scan_column();
     const char* p = lang.scan.position;
     const int rc = read_statement_number(p, lang.scan.start, number);
     if (rc < 0) return rc;
@@ -554,16 +556,17 @@ namespace {
 
 int jump_to(std::uint32_t number) {
     const int entry = find_statement_entry(number);
-    if (entry < 0) return error_at(err_statement_number_not_found, 0);
+    if (entry < 0) return error_at(err_statement_number_not_found, exec.target_column);
     const StatementNumberEntry& e = areas.statement_numbers[entry];
     if (e.loop_offset != exec.block.loop_offset || e.loop_statement_offset != exec.block.loop_statement_offset)
-        return error_at(err_goto_cannot_jump_into_out, 0);
+        return error_at(err_goto_cannot_jump_into_out, exec.target_column);
     exec.jump_target = number;
     lang.scan.position = lang.scan.end;
     return 1;
 }
 
 int gosub_to(std::uint32_t number) {
+    lang.reporter.error_column = exec.target_column;
     const std::int64_t offset = find_statement(number);
     if (offset < 0) return static_cast<int>(offset);
     const SavedState saved = SavedState::take();
@@ -664,8 +667,11 @@ int do_on() {
             if (count == 0) return error_at(err_missing_statement_number, scan_column());
             return error_at(err_expect_more_items_following_comma, scan_column());
         }
+        if (++count == k) {
+            chosen = number;
+            exec.target_column = scan_column();
+        }
         lang.scan.position = p;
-        if (++count == k) chosen = number;
         skip_blanks();
         if (lang.scan.position < lang.scan.end && *lang.scan.position == ',') {
             ++lang.scan.position;

@@ -65,6 +65,7 @@ struct ExecState {
     bool continue_pending = false;
 
     std::uint32_t jump_target = 0;  ///< statement number, 0 for none
+    int target_column = 0;          ///< column of the statement number of GOTO/GOSUB/ON
     bool program_ended = false;
     bool chain_pending = false;
     bool chain_keep_data = false;

@@ -1,4 +1,5 @@
 // print_statement.cpp — the item loop of PRINT and WRITE: USING, TAB, separators.
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -42,6 +43,13 @@ bool next_word_is(const char* word, bool paren) {
     }
     lang.scan.position = p + n;
     return true;
+}
+
+/// Digits of a number text before any exponent.
+int numeric_text_digits(const char* text) {
+    int n = 0;
+    for (; *text != 0 && *text != 'e' && *text != 'E'; ++text) n += (*text >= '0' && *text <= '9') ? 1 : 0;
+    return n;
 }
 
 /// Text of the long work register for PRINT (plain, or formatted under USING).
@@ -100,10 +108,27 @@ int print_items(PrintSession& s) {
         if (kind == 0) break;
         std::string_view text;
         double number = 0;
+        int write_kind = kind;
         switch (kind) {
             case kind_double: number = lang.scan.result; break;
-            case kind_string:
-            case kind_numeric_text: text = lang.scan.buffer; break;
+            case kind_numeric_text:
+                // A number written as a constant keeps its text, except under
+                // USING, whose format applies to it as to any other number.
+                if (s.using_format && !skip) {
+                    if (numeric_text_digits(lang.scan.buffer) < 17) {
+                        number = std::strtod(lang.scan.buffer, nullptr);
+                        write_kind = kind_double;
+                    } else if (long_from_text(lang.scan.buffer, long_state.work, true) >= 0) {
+                        if (int rc = long_text(s, exec.long_text, text); rc < 0) return rc;
+                        write_kind = kind_long;
+                    } else {
+                        return -1;
+                    }
+                    break;
+                }
+                text = lang.scan.buffer;
+                break;
+            case kind_string: text = lang.scan.buffer; break;
             case kind_long:
                 if (!skip) {
                     if (int rc = long_text(s, exec.long_text, text); rc < 0) return rc;
@@ -112,7 +137,7 @@ int print_items(PrintSession& s) {
             default: return error_at_column(err_invalid_type, s.item_column);
         }
         if (!skip) {
-            if (int rc = write_print_item(s, static_cast<std::uint32_t>(kind), number, text); rc < 0) return rc;
+            if (int rc = write_print_item(s, static_cast<std::uint32_t>(write_kind), number, text); rc < 0) return rc;
         }
         any = true;
         const char t = lang.scan.terminator;

@@ -225,12 +225,28 @@ int process_line(bool at_line_start) {
 namespace tl {
 namespace {
 
+bool to_double(int kind, double& out);
+
+/// Digits of a number text before any exponent.
+int count_digits(const char* text) {
+    int n = 0;
+    for (; *text != 0 && *text != 'e' && *text != 'E'; ++text) n += (*text >= '0' && *text <= '9') ? 1 : 0;
+    return n;
+}
+
 /// Prints the value that could not be assigned.
 void print_answer(int kind) {
+    double number = 0;
     switch (kind) {
         case kind_double: console_print("\nAnswer     %23.18g  ************\n", lang.scan.result); break;
-        case kind_string:
-        case kind_numeric_text: console_print("\nAnswer     %s  ************\n", lang.scan.buffer); break;
+        case kind_numeric_text:
+            // A number kept as text is shown as a number; a long one as its text.
+            if (count_digits(lang.scan.buffer) < 17 && to_double(kind, number)) {
+                console_print("\nAnswer     %23.18g  ************\n", number);
+                break;
+            }
+            [[fallthrough]];
+        case kind_string: console_print("\nAnswer     %s  ************\n", lang.scan.buffer); break;
         case kind_long: {
             console_write("\nAnswer if a long number**************\n");
             long_debug_dump("", long_state.work, 0);

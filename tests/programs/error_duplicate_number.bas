@@ -1,0 +1,3 @@
+10 print 1
+20 print 2
+10 print 3

@@ -1,0 +1,3 @@
+print "a"
+for i = 1 to 3
+print i

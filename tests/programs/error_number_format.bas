@@ -1,0 +1,2 @@
+print "ok"
+12345678901 print "eleven digits"
