@@ -17,6 +17,7 @@
 #include "lang/lang_state.h"
 #include "lang/scanner.h"
 #include "lang/lang_state.h"
+#include "longmath/long_arith.h"
 #include "longmath/long_state.h"
 
 namespace tl {
@@ -88,6 +89,7 @@ int check_program() {
 }
 
 int start_program(bool keep_data) {
+    set_long_interrupt_check(&poll_interruption);
     if (exec.program_has_errors) return report_error_no_echo(err_program_has_errors_cannot_run);
     reset_run_state(keep_data);
     exec.running_command_line = false;

@@ -184,7 +184,8 @@ int process_line(bool at_line_start) {
             if (rc < 0) return rc;
             s.position = p;
             exec.statement_number = number;
-            if (exec.running_command_line && !exec.check_mode) {
+            if (exec.running_command_line && !exec.check_mode &&
+                exec.position.line_offset >= exec.command_line_offset) {
                 lang.reporter.error_column = 0;
                 return report_error(err_statement_number_invalid_command_line);
             }
@@ -474,6 +475,7 @@ int execute_statement() {
 }
 
 int run_command_line(const char* text) {
+    set_long_interrupt_check(&poll_interruption);
     const std::size_t n = std::strlen(text);
     const std::uint32_t length = areas.program_length;
     if (length + n + 10 >= areas.program_size) {
