@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+# Runs every program in examples/ and fails when one ends with an error.
+# usage: run_examples.sh TESSALINE EXAMPLES_DIR
+set -uo pipefail
+exe=$1
+dir=$2
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+failed=0
+for program in "$dir"/*.bas; do
+  out=$(cd "$dir" && HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_STATE_HOME="$home/state" \
+        timeout 300 "$exe" /c "$program" </dev/null 2>&1)
+  status=$?
+  if [ $status -ne 0 ] || grep -q "ERROR - " <<<"$out"; then
+    echo "example $(basename "$program") failed (exit $status):"
+    echo "$out"
+    failed=1
+  fi
+done
+exit $failed
