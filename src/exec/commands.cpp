@@ -150,7 +150,9 @@ int do_command(int slot) {
     }
     switch (slot) {
         case cmd_list:
-            list_program();
+            // A line typed at the prompt sits behind the program; it is not listed.
+            list_program(exec.running_command_line && exec.command_line_offset >= 7 ? exec.command_line_offset - 7
+                                                                                   : areas.program_length);
             return 0;
         case cmd_houseclean:
             return houseclean(true) < 0 ? -1 : 0;

@@ -160,15 +160,17 @@ void format_offset(std::uint32_t offset, char (&out)[16]) {
     }
 }
 
-void list_program() {
+void list_program(std::uint32_t end) {
     if (areas.scan_only) return;
     char a[16], b[16], c[16];
     std::uint32_t offset = 0;
-    while (offset < areas.program_length) {
+    if (end > areas.program_length) end = areas.program_length;
+    while (offset < end) {
         const std::uint32_t start = offset;
         const char* text = areas.program.get();
         const void* lf = std::memchr(text + offset, '\n', areas.program_length - offset);
-        offset = lf != nullptr ? static_cast<std::uint32_t>(static_cast<const char*>(lf) - text) + 1 : areas.program_length;
+        offset = lf != nullptr ? static_cast<std::uint32_t>(static_cast<const char*>(lf) - text) + 1 : end;
+        if (offset > end) offset = end;
         std::uint32_t n = offset - start;
         if (n > 0 && text[start + n - 1] == '\n') --n;
         if (n > 0 && text[start + n - 1] == '\r') --n;

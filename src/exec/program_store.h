@@ -53,7 +53,7 @@ struct ProgramLine {
 /// Formats a program offset as in the listing ("    %4X" or "%4X%04X").
 void format_offset(std::uint32_t offset, char (&out)[16]);
 
-/// The "list" command: every line with its offset, then both tables.
-void list_program();
+/// The "list" command: every line before `end` with its offset, then both tables.
+void list_program(std::uint32_t end);
 
 }  // namespace tl

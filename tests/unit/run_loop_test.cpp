@@ -102,6 +102,16 @@ TEST_F(RunLoopTest, EndOfInputWhileSteppingEndsTheProgram) {
     EXPECT_FALSE(host.flags.step_mode.load());
 }
 
+TEST_F(RunLoopTest, ContinueInAForLoopPassesOverItsBodyUntilInterrupted) {
+    scripted.interrupt_after = 200;
+    EXPECT_LT(run("for i = 1 to 3\r\nn = n + 1\r\nif i = 2 then continue\r\nm = m + 1\r\nnext\r\n"), 0);
+    EXPECT_NE(scripted.take().find("User interrupted program"), std::string::npos);
+    // Rounds 1 and 2 ran; then the loop kept passing over its body without counting.
+    EXPECT_EQ(number("i"), 2.0);
+    EXPECT_EQ(number("n"), 2.0);
+    EXPECT_EQ(number("m"), 1.0);
+}
+
 TEST_F(RunLoopTest, TheLongHookStopsALongComputation) {
     ASSERT_EQ(run_command_line("x = 1"), 0);
     scripted.interrupt_after = scripted.pumps + 1;
