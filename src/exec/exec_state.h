@@ -94,6 +94,8 @@ struct ExecState {
     bool program_replaced = false;
     /// The last run or load from the command line ended with an error.
     bool last_run_failed = false;
+    /// Lowest stack address the interpreter may use (0 until learned).
+    std::uintptr_t stack_limit = 0;
     /// The text of a string RETURN value, and a long one.
     char return_text[256] = {};
     LongNumber return_long;

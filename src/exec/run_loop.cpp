@@ -10,6 +10,7 @@
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
+#include "exec/stack_guard.h"
 #include "exec/statements.h"
 #include "exec/string_space.h"
 #include "lang/error_reporter.h"
@@ -124,6 +125,7 @@ int poll_interruption() {
 }
 
 int run_program_from(std::uint32_t offset) {
+    if (stack_nearly_full()) return report_nesting_too_deep();
     exec.program_ended = false;
     ProgramLine line;
     ProgramLine* const outer_line = exec.current_line;

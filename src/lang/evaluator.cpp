@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "exec/front_end.h"
+#include "exec/stack_guard.h"
 #include "exec/string_space.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
@@ -172,6 +173,7 @@ int evaluate(int mode) {
 }  // namespace
 
 int evaluate_expression(int mode) {
+    if (stack_nearly_full()) return report_nesting_too_deep();
     ++lang.scan.depth;
     const int r = evaluate(mode);
     --lang.scan.depth;
