@@ -58,6 +58,7 @@ int run_session(const std::string& program_file) {
 
     if (!save_settings(s.settings)) std::fprintf(stderr, "The settings could not be saved.\n");
     close_log_file();
+    tl::reset_interpreter_state();  // gives back every area, arrays included
     tl::host.front_end = nullptr;
     return program_ok ? 0 : 1;
 }

@@ -70,6 +70,9 @@ void TerminalFrontEnd::enable_line_editing(const std::string& history_file) {
     if (&in_ != &std::cin || !isatty(STDIN_FILENO)) return;
     editing_ = true;
     history_file_ = history_file;
+    // Ctrl+C only sets the interrupt flag (our handler); the line editor must
+    // not pass it on as a signal that ends the interpreter.
+    rl_catch_signals = 0;
     using_history();
     stifle_history(history_length);
     if (!history_file_.empty()) read_history(history_file_.c_str());
