@@ -506,11 +506,24 @@ int do_long() {
         lang.scan.position = saved;
     }
     if (!name.empty() && name.back() == '$') {
-        // "LONG a$(n)" of a new array is a declaration, and cannot be LONGMATH.
-        const char* after = lang.scan.position + name.size();
-        while (after < lang.scan.end && (*after == ' ' || *after == '\t')) ++after;
-        if (after < lang.scan.end && *after == '(' && find_array(name) == nullptr)
-            return error_at_column(err_long_name_ends_with_dollar, scan_column());
+        // "LONG a$(n)" with nothing behind it is a declaration, and cannot be LONGMATH.
+        const char* p = lang.scan.position + name.size();
+        while (p < lang.scan.end && (*p == ' ' || *p == '\t')) ++p;
+        if (p < lang.scan.end && *p == '(') {
+            int depth = 0;
+            bool quoted = false;
+            for (; p < lang.scan.end; ++p) {
+                if (*p == '"') quoted = !quoted;
+                if (quoted) continue;
+                if (*p == '(') ++depth;
+                if (*p == ')' && --depth == 0) break;
+            }
+            const char* saved = lang.scan.position;
+            lang.scan.position = p < lang.scan.end ? p + 1 : p;
+            const bool declaration = at_clause_end();
+            lang.scan.position = saved;
+            if (declaration) return error_at_column(err_long_name_ends_with_dollar, scan_column());
+        }
         return long_operation();
     }
     return long_declarations();

@@ -6,11 +6,12 @@
 //
 // Numbers: doubles below 2^64 in magnitude are converted exactly (a binary
 // fraction always ends); long numbers up to 310 integer digits, their
-// fraction to as many hex digits as its decimal digits carry. Text: an
+// fraction to as many hex digits as the floating-point length carries. Text: an
 // optional sign, an optional "&H" or "0x", hex digits with an optional point;
 // up to 13 significant digits give a double, longer texts (and any text in
 // the long-default mode) a long number. A whole string array is read as one
 // text, piece after piece, as the LONG statement stores long results.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -119,8 +120,9 @@ int long_to_hex(const Item& p, const LongNumber& n) {
     if (out.length + static_cast<std::size_t>(hex_count) > max_string_length)
         return fail_at(err_integer_part_hex_number_too, p);
     while (hex_count > 0) out.put(reversed[--hex_count]);
-    // The fraction, multiplied by 16 again and again; as many hex digits as
-    // its decimal digits carry (log 10 / log 16 = 0.8305 per digit).
+    // The fraction, multiplied by 16 again and again, to as many hex digits
+    // as the floating-point length carries in decimal digits (log 10 / log 16
+    // = 0.8305 hex digit per decimal digit), or until it ends.
     unsigned char fraction[max_fraction_digits];
     int frac_digits = n.len - int_digits;
     if (n.exp < 0) frac_digits = n.len - n.exp;  // leading zeros behind the point
@@ -129,7 +131,8 @@ int long_to_hex(const Item& p, const LongNumber& n) {
     for (int i = 0; i < frac_digits; ++i) {
         fraction[i] = static_cast<unsigned char>(n.exp < 0 ? long_digit(n, i + n.exp) : long_digit(n, int_digits + i));
     }
-    int wanted = static_cast<int>(std::ceil(frac_digits * 0.8305));
+    const int carried = std::max(frac_digits, long_state.mode.precision - int_digits);
+    int wanted = static_cast<int>(std::ceil(carried * 0.8305));
     int last = frac_digits - 1;
     if (!out.put('.')) return text_result(out.text, out.length);
     while (wanted-- > 0 && last >= 0) {
