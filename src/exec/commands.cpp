@@ -58,6 +58,7 @@ void reset_run_state(bool keep_data) {
     if (!keep_data) {
         clear_memory();
         long_state.mode.integer_mode = false;
+        areas.long_default = false;
     }
 }
 

@@ -101,6 +101,10 @@ struct ExecState {
     LongNumber return_long;
     /// Text of a long number being printed (grown as needed, then reused).
     std::vector<char> long_text;
+    /// Text of a LONG operation's result, and of an operand read from a
+    /// string array (both grown as needed, then reused).
+    std::vector<char> long_result_text;
+    std::vector<char> long_operand_text;
 };
 
 extern ExecState exec;

@@ -1,6 +1,8 @@
 // memory_areas.cpp — allocation of the memory areas, CLEAR and the memory report.
 #include "exec/memory_areas.h"
 
+#include <cstdlib>
+
 #include <cstring>
 #include <new>
 
@@ -103,6 +105,13 @@ int init_memory_areas(const SizingValues& sizes) {
         areas.program_length = 0;
     }
     return 0;
+}
+
+MemoryAreas::~MemoryAreas() {
+    for (std::uint32_t i = 0; arrays && i < array_count; ++i) {
+        std::free(arrays[i].elements);
+        arrays[i].elements = nullptr;
+    }
 }
 
 void clear_memory() {

@@ -141,6 +141,12 @@ struct MemoryAreas {
     /// Failure injection for tests: the allocation with this number (0 = the
     /// Variable Table ... 11 = the Program Buffer) fails; -1 for none.
     int fail_allocation = -1;
+
+    MemoryAreas() = default;
+    MemoryAreas(MemoryAreas&&) = default;
+    MemoryAreas& operator=(MemoryAreas&&) = default;
+    /// Gives the array elements back at exit (they are not owned by the table).
+    ~MemoryAreas();
 };
 
 extern MemoryAreas areas;

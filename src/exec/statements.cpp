@@ -7,6 +7,7 @@
 #include "exec/commands.h"
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
+#include "exec/longmath_statement.h"
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
 #include "exec/run_loop.h"
@@ -117,48 +118,6 @@ int do_erase() {
     }
 }
 
-/// DEBUG option [, option ...]
-int do_debug() {
-    for (;;) {
-        skip_blanks();
-        const char* p = lang.scan.position;
-        while (p < lang.scan.end && ((*p >= 'a' && *p <= 'z') || (*p >= 'A' && *p <= 'Z'))) ++p;
-        const std::string_view word(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
-        const int column = scan_column();
-        const int option = find_keyword(Table::debug_options, word);
-        if (option < 0) return error_at_column(err_invalid_debug_function, column);
-        lang.scan.position = p;
-        if (!exec.skip) {
-            switch (option) {
-                case dbg_step:
-                    host.flags.step_mode = true;
-                    exec.announce = true;
-                    break;
-                case dbg_trace: exec.trace = true; break;
-                case dbg_off:
-                    lang.reporter.debug = false;
-                    exec.trace = false;
-                    break;
-                case dbg_detail: lang.reporter.debug = true; break;
-                case dbg_optmul: long_state.mode.optmul = true; break;
-                case dbg_long: long_state.mode.debug_display = true; break;
-                case dbg_round: long_state.mode.rounding = true; break;
-                case dbg_truncate: long_state.mode.rounding = false; break;
-                case dbg_oldconvert: long_state.mode.oldconvert = true; break;
-                case dbg_matherrok: long_state.mode.matherrok = true; break;
-                case dbg_testdata: console_write("Initializing test variables.\n"); break;
-                default: break;
-            }
-        }
-        skip_blanks();
-        if (lang.scan.position < lang.scan.end && *lang.scan.position == ',') {
-            ++lang.scan.position;
-            continue;
-        }
-        return 0;
-    }
-}
-
 /// PRINTALL ["variables" | "arrays" | "memory" | "reserved"]
 int do_printall() {
     char which[20] = {};
@@ -250,6 +209,9 @@ int do_keyword_statement(int slot) {
         case stmt_wend: return do_wend();
         case stmt_printall: return do_printall();
         case stmt_debug: return do_debug();
+        case stmt_integer: return do_integer();
+        case stmt_float: return do_float();
+        case stmt_long: return do_long();
         case stmt_on: return do_on();
         case stmt_break: return do_break();
         case stmt_continue: return do_continue();

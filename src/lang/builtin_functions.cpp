@@ -72,7 +72,7 @@ constexpr FunctionEntry functions[fn_count] = {
     {2, 2, N, nullptr},           // 39 root
     {1, 1, N, nullptr},           // 40 tan
     {0, 7, N, nullptr},           // 41 call of a user-defined function
-    {1, 1, N, nullptr},           // 42 hexconvert
+    {1, 1, S, fn_hexconvert_handler},  // 42 hexconvert
     {1, 1, S, nullptr},           // 43 browseinputfile$
     {1, 1, S, nullptr},           // 44 browseoutputfile$
     {0, 7, S, nullptr},           // 45 formatdatetime$

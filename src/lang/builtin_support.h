@@ -47,5 +47,6 @@ int fn_mid_handler(Item* p, int count);
 int fn_len_handler(Item* p, int count);
 int fn_asc_handler(Item* p, int count);
 int fn_val_handler(Item* p, int count);
+int fn_hexconvert_handler(Item* p, int count);  // builtin_hexconvert.cpp
 
 }  // namespace tl

@@ -4,6 +4,7 @@
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "longmath/long_convert.h"
+#include "longmath/long_functions.h"
 #include "longmath/long_state.h"
 
 namespace tl {
@@ -17,9 +18,9 @@ constexpr const char* e_text =
 }  // namespace
 
 int long_constant(LongConstant which, LongNumber& dest) {
-    // TODO(long elementary functions): compute pi and e to any precision; the
-    // text serves the precisions up to long_constant_text_digits.
-    if (long_state.mode.precision > long_constant_text_digits) return report_error(err_invalid_function_call);
+    // Longer than the text: computed (and cached) by the long elementary functions.
+    if (long_state.mode.precision > long_constant_text_digits && !long_state.mode.integer_mode)
+        return which == long_constant_pi ? long_pi(dest) : long_e(dest);
     return long_from_text(which == long_constant_pi ? pi_text : e_text, dest, true);
 }
 

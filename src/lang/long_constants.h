@@ -12,9 +12,8 @@ enum LongConstant : int { long_constant_pi, long_constant_e };
 inline constexpr int long_constant_text_digits = 110;
 
 /// Puts the constant, rounded to the current floating-point length, into
-/// `dest`. Returns 0, or a reported, negated error: 295 while the precision
-/// exceeds the digits held (computing the constants to any length belongs to
-/// the long elementary functions, not written yet).
+/// `dest`. Lengths above the digits held are computed by long_pi / long_e.
+/// Returns 0 or a reported, negated error.
 [[nodiscard]] int long_constant(LongConstant which, LongNumber& dest);
 
 }  // namespace tl

@@ -5,6 +5,7 @@
 #include "longmath/long_arith.h"
 #include "longmath/long_space.h"
 #include "longmath/long_state.h"
+#include "longmath/long_timing.h"
 #include "test_support.h"
 
 namespace tl::test {
@@ -196,7 +197,7 @@ TEST_F(LongArithTest, Compare) {
 }
 
 TEST_F(LongArithTest, TimingLines) {
-    mode.timing = true;
+    for (int op = 0; op < long_operation_count; ++op) set_long_timer(op, true);
     LongNumber r;
     ASSERT_EQ(long_multiply(make_long("3"), make_long("4"), r), 0);
     EXPECT_EQ(fe.take().rfind("Mult Calc. Time: ", 0), 0u);

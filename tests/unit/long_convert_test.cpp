@@ -12,6 +12,7 @@
 #include "long_reference.h"
 #include "longmath/long_space.h"
 #include "longmath/long_state.h"
+#include "longmath/long_timing.h"
 #include "longmath/long_text.h"
 #include "test_support.h"
 
@@ -288,7 +289,7 @@ TEST_F(LongConvertTest, TimingLinesOnlyWhileTimingIsOn) {
     double x;
     ASSERT_EQ(long_to_double(make_long("2"), x, false), 0);
     EXPECT_TRUE(fe.output.empty());
-    mode.timing = true;
+    for (int op = 0; op < long_operation_count; ++op) set_long_timer(op, true);
     ASSERT_EQ(long_to_double(make_long("2"), x, false), 0);
     EXPECT_EQ(fe.take().rfind("long-to-double Calc. Time:  ", 0), 0u);
     mode.oldconvert = true;
