@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 #include "longmath/long_arith.h"
@@ -37,6 +38,25 @@ struct LongState {
     std::vector<std::uint32_t> division_divisor;
     /// Result of an operation whose target is also one of its operands.
     LongNumber alias_result;
+
+    /// Working records of the elementary functions, taken stack-wise (the
+    /// records keep their blocks between calls, so a warm call allocates nothing).
+    std::deque<LongNumber> function_records;
+    std::size_t function_top = 0;
+    /// Work done by the elementary functions' own loops since the last check.
+    std::uint32_t function_work = 0;
+    /// Fixed-point series sums and product columns (grown, never shrunk).
+    std::vector<std::int64_t> fixed_sum;
+    std::vector<std::uint64_t> fixed_columns;
+    /// Cached constants and the digits they hold (0: not computed).
+    LongNumber cached_ln10;
+    LongNumber cached_pi;
+    LongNumber cached_e;
+    LongNumber cached_atn10;  ///< arctan(1/10), for the arctangent's argument adjustment
+    int cached_atn10_digits = 0;
+    int cached_ln10_digits = 0;
+    int cached_pi_digits = 0;
+    int cached_e_digits = 0;
 };
 
 extern LongState long_state;
