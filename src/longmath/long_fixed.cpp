@@ -152,7 +152,7 @@ int fixed_multiply(const std::uint32_t* x, int xf, const std::uint32_t* y, int y
     }
     // The product is below one unit of block lo - 2, so block lo - 1 takes every carry.
     const int start = std::max(lo - 1, 0);
-    std::vector<std::uint64_t>& columns = long_state.fixed_columns;
+    std::vector<std::uint64_t>& columns = long_state.functions.fixed_columns;
     if (columns.size() < static_cast<std::size_t>(W)) columns.resize(static_cast<std::size_t>(W));
     std::uint64_t* cols = columns.data();
     std::fill(cols + start, cols + W, 0);
@@ -180,7 +180,7 @@ int fixed_series(FixedSeries kind, const std::uint32_t* p, int pf, int pl, const
     std::uint32_t* T = grow(frame.take(W * 8), W);
     std::uint32_t* U = grow(frame.take(W * 8), W);
     std::uint32_t* V = kind == series_atan ? grow(frame.take(W * 8), W) : nullptr;
-    std::vector<std::int64_t>& sums = long_state.fixed_sum;
+    std::vector<std::int64_t>& sums = long_state.functions.fixed_sum;
     if (sums.size() < static_cast<std::size_t>(W)) sums.resize(static_cast<std::size_t>(W));
     std::int64_t* acc = sums.data();
     std::fill(acc, acc + W, 0);

@@ -128,7 +128,7 @@ int long_log_mantissa(const LongNumber& m, LongNumber& out) {
 }
 
 int cached_ln10(LongNumber& out) {
-    if (serve_cached(long_state.cached_ln10, long_state.cached_ln10_digits, out)) return 0;
+    if (serve_cached(long_state.functions.cached_ln10, long_state.functions.cached_ln10_digits, out)) return 0;
     const LongPrecisionGuard guard;
     const int target = long_state.mode.precision;
     const int digits = target + 10;
@@ -139,7 +139,7 @@ int cached_ln10(LongNumber& out) {
     long_set_int(ten, 10);
     const int rc = long_log_mantissa(ten, value);
     if (rc < 0) return rc;
-    keep_cached(value, digits, long_state.cached_ln10, long_state.cached_ln10_digits);
+    keep_cached(value, digits, long_state.functions.cached_ln10, long_state.functions.cached_ln10_digits);
     long_set_precision(target);
     long_copy(value, out);
     out.nrm = 0;

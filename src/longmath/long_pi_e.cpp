@@ -27,7 +27,7 @@ constexpr std::uint32_t series_poll_work = 10000000;
 int array_blocks() { return std::max(long_state.mode.precision + 18, 20) / 8 + 2; }
 
 std::int64_t* sum_array(int W) {
-    std::vector<std::int64_t>& sums = long_state.fixed_sum;
+    std::vector<std::int64_t>& sums = long_state.functions.fixed_sum;
     if (sums.size() < static_cast<std::size_t>(W)) sums.resize(static_cast<std::size_t>(W));
     std::fill(sums.begin(), sums.begin() + W, 0);
     return sums.data();
@@ -51,7 +51,7 @@ void settle_sum(std::int64_t* acc, std::uint32_t* out, int W) {
 }
 
 int poll(int precision) {
-    return long_poll_interrupt(long_state.function_work, static_cast<std::uint32_t>(precision), series_poll_work);
+    return long_poll_interrupt(long_state.functions.function_work, static_cast<std::uint32_t>(precision), series_poll_work);
 }
 
 /// out[0..W) = arctan(1/n): sum = term = 1/n; for k = 1, 2, ... the term is
@@ -171,7 +171,7 @@ void keep_cached(const LongNumber& value, int digits, LongNumber& cached, int& c
 }
 
 int cached_arctan_tenth(LongNumber& out) {
-    if (serve_cached(long_state.cached_atn10, long_state.cached_atn10_digits, out)) return 0;
+    if (serve_cached(long_state.functions.cached_atn10, long_state.functions.cached_atn10_digits, out)) return 0;
     LongWorkFrame frame;
     LongNumber& value = frame.take(long_state.mode.precision + 24);
     const int W = array_blocks();
@@ -181,16 +181,16 @@ int cached_arctan_tenth(LongNumber& out) {
     if (rc < 0) return rc;
     fixed_to_long(sum.blocks.data(), W, 0, value);
     long_normalise(value, normalise_strip);
-    keep_cached(value, long_state.mode.precision + 10, long_state.cached_atn10, long_state.cached_atn10_digits);
+    keep_cached(value, long_state.mode.precision + 10, long_state.functions.cached_atn10, long_state.functions.cached_atn10_digits);
     long_copy(value, out);
     out.nrm = 0;
     long_normalise(out, normalise_round);
     return 0;
 }
 
-int cached_pi(LongNumber& out) { return constant(long_state.cached_pi, long_state.cached_pi_digits, compute_pi, out); }
+int cached_pi(LongNumber& out) { return constant(long_state.functions.cached_pi, long_state.functions.cached_pi_digits, compute_pi, out); }
 
-int cached_e(LongNumber& out) { return constant(long_state.cached_e, long_state.cached_e_digits, compute_e, out); }
+int cached_e(LongNumber& out) { return constant(long_state.functions.cached_e, long_state.functions.cached_e_digits, compute_e, out); }
 
 int long_pi(LongNumber& result) {
     const int r = long_require_floating();
@@ -211,10 +211,10 @@ int long_e(LongNumber& result) {
 }
 
 void clear_long_constants() {
-    long_state.cached_ln10_digits = 0;
-    long_state.cached_pi_digits = 0;
-    long_state.cached_e_digits = 0;
-    long_state.cached_atn10_digits = 0;
+    long_state.functions.cached_ln10_digits = 0;
+    long_state.functions.cached_pi_digits = 0;
+    long_state.functions.cached_e_digits = 0;
+    long_state.functions.cached_atn10_digits = 0;
 }
 
 }  // namespace tl

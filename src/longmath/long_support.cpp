@@ -20,14 +20,14 @@ namespace {
 constexpr std::uint32_t function_poll_work = 4000000;
 }  // namespace
 
-LongWorkFrame::LongWorkFrame() : mark(long_state.function_top) {}
+LongWorkFrame::LongWorkFrame() : mark(long_state.functions.function_top) {}
 
-LongWorkFrame::~LongWorkFrame() { long_state.function_top = mark; }
+LongWorkFrame::~LongWorkFrame() { long_state.functions.function_top = mark; }
 
 LongNumber& LongWorkFrame::take(int digits) {
-    std::deque<LongNumber>& records = long_state.function_records;
-    if (long_state.function_top == records.size()) records.emplace_back();
-    LongNumber& n = records[long_state.function_top++];
+    std::deque<LongNumber>& records = long_state.functions.function_records;
+    if (long_state.functions.function_top == records.size()) records.emplace_back();
+    LongNumber& n = records[long_state.functions.function_top++];
     long_reserve(n, digits);
     long_set_zero(n);
     return n;
@@ -146,7 +146,7 @@ int long_require_floating() {
 }
 
 int long_poll_functions(std::uint64_t work) {
-    std::uint32_t& counter = long_state.function_work;
+    std::uint32_t& counter = long_state.functions.function_work;
     const std::uint64_t sum = counter + work;
     counter = static_cast<std::uint32_t>(std::min<std::uint64_t>(sum, function_poll_work));
     return long_poll_interrupt(counter, 0, function_poll_work);
@@ -172,5 +172,14 @@ void long_store_time(const char* base, int k, double ms) {
     std::snprintf(name, sizeof name, "%s(%d)", base, k);
     set_named_double(name, ms);
 }
+
+}  // namespace tl
+
+namespace tl {
+
+LongFunctionState::LongFunctionState() = default;
+LongFunctionState::~LongFunctionState() = default;
+LongFunctionState::LongFunctionState(LongFunctionState&&) noexcept = default;
+LongFunctionState& LongFunctionState::operator=(LongFunctionState&&) noexcept = default;
 
 }  // namespace tl

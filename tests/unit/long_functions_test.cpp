@@ -71,7 +71,7 @@ protected:
         mpfr_set_str(in.v, text_of(arg).c_str(), 10, MPFR_RNDN);
         g(out.v, in.v);
         EXPECT_TRUE(within_last_digit(ours, out.exact(), digits)) << name << "(" << x << ")";
-        EXPECT_EQ(long_state.function_top, 0u);
+        EXPECT_EQ(long_state.functions.function_top, 0u);
     }
 
     void check_all(const char* name, const LongFunction& f, const MpFunction& g,
@@ -308,7 +308,7 @@ TEST_F(LongFunctionsTest, ErrorsLeaveThePrecisionAndRecordsAsTheyWere) {
     EXPECT_EQ(long_exp(make_long("1e9"), r), -err_long_exp_too_large);
     EXPECT_EQ(long_power(make_long("10"), make_long("1e300"), r), -err_power_root_error_result);
     EXPECT_EQ(mode.precision, 40);
-    EXPECT_EQ(long_state.function_top, 0u);
+    EXPECT_EQ(long_state.functions.function_top, 0u);
     mode.integer_mode = true;
     EXPECT_EQ(long_sin(make_long("1"), false, r), -err_long_operation_only_valid_floating);
     EXPECT_EQ(long_pi(r), -err_long_operation_only_valid_floating);
@@ -385,11 +385,11 @@ TEST_F(LongFunctionsTest, InterruptionEndsLongComputationsPromptly) {
         EXPECT_EQ(f(r), -10000);
         EXPECT_EQ(hook.polls, 1);
         EXPECT_EQ(mode.precision, 20000);
-        EXPECT_EQ(long_state.function_top, 0u);
+        EXPECT_EQ(long_state.functions.function_top, 0u);
     }
     // Nothing half-computed was kept: the constants are computed afresh.
-    EXPECT_EQ(long_state.cached_pi_digits, 0);
-    EXPECT_EQ(long_state.cached_ln10_digits, 0);
+    EXPECT_EQ(long_state.functions.cached_pi_digits, 0);
+    EXPECT_EQ(long_state.functions.cached_ln10_digits, 0);
     set_long_interrupt_check(nullptr);
     mode.precision = 60;
     LongNumber pi;
