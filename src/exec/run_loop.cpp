@@ -124,6 +124,7 @@ int poll_interruption() {
 }
 
 int run_program_from(std::uint32_t offset) {
+    set_long_interrupt_check(poll_interruption);  // long computations stop when the user asks
     exec.program_ended = false;
     ProgramLine line;
     ProgramLine* const outer_line = exec.current_line;

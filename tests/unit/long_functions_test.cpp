@@ -3,10 +3,13 @@
 #include <gmp.h>
 #include <mpfr.h>
 
+#include <chrono>
 #include <functional>
 #include <string>
 
 #include "exec/arrays.h"
+#include "exec/front_end.h"
+#include "exec/run_loop.h"
 #include "exec/named_variables.h"
 #include "lang/error_table.h"
 #include "long_reference.h"
@@ -395,6 +398,28 @@ TEST_F(LongFunctionsTest, InterruptionEndsLongComputationsPromptly) {
     LongNumber pi;
     ASSERT_EQ(long_pi(pi), 0);
     EXPECT_EQ(text_of(pi), "3.14159265358979323846264338327950288419716939937510582097494");
+}
+
+/// A front end on which the user asks to stop while events are pumped the
+/// second time: after the statement has started, during the computation.
+struct StoppingFrontEnd : RecordingFrontEnd {
+    int pumps = 0;
+    void pump_events() override {
+        if (++pumps == 2) host.flags.interrupt_requested = true;
+    }
+};
+
+TEST_F(LongFunctionsTest, TheRunLoopStopsALongPower) {
+    StoppingFrontEnd stopping;
+    host.front_end = &stopping;
+    mode.precision = 30000;
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_LT(run_command_line("x = long(2) ^ 0.5"), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    host.front_end = &fe;
+    EXPECT_NE(stopping.output.find("User interrupted program"), std::string::npos) << stopping.output;
+    EXPECT_EQ(mode.precision, 30000);
+    EXPECT_EQ(long_state.functions.function_top, 0u);
 }
 
 }  // namespace
