@@ -19,8 +19,10 @@
 #include "lang/scanner.h"
 #include "longmath/long_arith.h"
 #include "longmath/long_convert.h"
+#include "longmath/long_functions.h"
 #include "longmath/long_space.h"
 #include "longmath/long_state.h"
+#include "longmath/long_timing.h"
 
 namespace tl {
 namespace {
@@ -157,6 +159,21 @@ int operands(ItemTable& t, int i, int own_error) {
     return k;
 }
 
+/// x ^ y with the precision raised by 16 digits, rounded back.
+int long_power_operator(const LongNumber& x, const LongNumber& y, LongNumber& result) {
+    const auto start = long_timer_start();
+    LongMode& mode = long_state.mode;
+    const int precision = mode.precision;
+    mode.precision = precision + 16;
+    const int r = long_power(x, y, result);
+    mode.precision = precision;
+    if (r < 0) return r;
+    result.nrm = 0;
+    long_normalise(result, normalise_round);
+    long_timer_report("\"^\"   Calc. Time: ", start);
+    return 0;
+}
+
 int pass_power(ItemTable& t) {
     for (int i = 0; i < t.count;) {
         const Item& op = t.items[i];
@@ -177,9 +194,11 @@ int pass_power(ItemTable& t) {
             continue;
         }
         if (long_state.mode.integer_mode) return fail(err_long_operation_only_valid_floating, op.column);
-        // TODO(long elementary functions): the long power, computed with the
-        // precision raised by 16 digits and rounded back, timed under "^".
-        return fail(err_invalid_function_call, op.column);
+        const int r = long_operation(t, i, [](LongNumber& a, LongNumber& b, LongNumber& q) {
+            if (lang.scan.skipping) return (long_set_zero(q), 0);  // passing over: no value errors
+            return long_power_operator(a, b, q);
+        });
+        if (r < 0) return r;
     }
     return 0;
 }

@@ -7,13 +7,9 @@ namespace tl {
 
 enum LongConstant : int { long_constant_pi, long_constant_e };
 
-/// Digits of the constants held as text; precisions up to this are served
-/// from the text (rounded to the precision).
-inline constexpr int long_constant_text_digits = 110;
-
 /// Puts the constant, rounded to the current floating-point length, into
-/// `dest`. Lengths above the digits held are computed by long_pi / long_e.
-/// Returns 0 or a reported, negated error.
+/// `dest` (computed once per length and kept; integer mode gives the integer
+/// part). Returns 0, or a reported, negated error.
 [[nodiscard]] int long_constant(LongConstant which, LongNumber& dest);
 
 }  // namespace tl

@@ -9,6 +9,7 @@
 #include "lang/error_table.h"
 #include "longmath/long_arith.h"
 #include "longmath/long_convert.h"
+#include "longmath/long_functions.h"
 #include "longmath/long_state.h"
 #include "scan_test_support.h"
 
@@ -161,7 +162,12 @@ TEST_F(Evaluator, ManyDigitsMakeALongNumber) {
     EXPECT_EQ(eval("12345678901234567890"), kind_numeric_text);  // alone it stays text
     EXPECT_EQ(value_of("12345678901234567890 > 1"), 1);
     EXPECT_EQ(eval("long(2) * 3"), kind_long);
-    EXPECT_EQ(eval("long(2) ^ 2"), -err_invalid_function_call);  // long power not written yet
+    ASSERT_EQ(eval("long(2) ^ 0.5"), kind_long);
+    LongNumber two, root2;
+    ASSERT_EQ(long_from_text("2", two, false), 0);
+    ASSERT_EQ(long_sqrt(two, root2), 0);
+    EXPECT_EQ(long_compare(long_state.work, root2), 0);
+    EXPECT_EQ(eval("long(-2) ^ 0.5"), -err_power_root_error_result);
 
     areas.long_default = true;
     ASSERT_EQ(eval("pi"), kind_long);

@@ -1,0 +1,426 @@
+// long_functions_test.cpp — the long elementary functions against MPFR and
+// GMP, their special cases, errors, tuning variables and interruption.
+#include <gmp.h>
+#include <mpfr.h>
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "exec/arrays.h"
+#include "exec/front_end.h"
+#include "exec/run_loop.h"
+#include "exec/named_variables.h"
+#include "lang/error_table.h"
+#include "long_reference.h"
+#include "longmath/long_arith.h"
+#include "longmath/long_cores.h"
+#include "longmath/long_functions.h"
+#include "longmath/long_state.h"
+#include "test_support.h"
+
+namespace tl::test {
+namespace {
+
+/// An MPFR number with a precision that covers `digits` decimal digits well.
+struct Mp {
+    mpfr_t v;
+    explicit Mp(int digits) { mpfr_init2(v, static_cast<mpfr_prec_t>(digits * 3.33) + 128); }
+    ~Mp() { mpfr_clear(v); }
+    Mp(const Mp&) = delete;
+    Mp& operator=(const Mp&) = delete;
+    Rational exact() const {
+        Rational r;
+        mpfr_get_q(r.get(), v);
+        return r;
+    }
+};
+
+using MpFunction = std::function<void(mpfr_t out, const mpfr_t x)>;
+using LongFunction = std::function<int(const LongNumber& x, LongNumber& out)>;
+
+class LongFunctionsTest : public CoreTest {
+protected:
+    LongMode& mode = long_state.mode;
+
+    void TearDown() override {
+        set_long_interrupt_check(nullptr);
+        CoreTest::TearDown();
+    }
+
+    /// Checks that `ours` is within one unit of its last digit of `expected`.
+    static ::testing::AssertionResult within_last_digit(const LongNumber& ours, const Rational& expected, int digits) {
+        const Rational error = (value_of(ours) - expected).abs();
+        if (expected.sign() == 0) {
+            if (error.sign() == 0) return ::testing::AssertionSuccess();
+            return ::testing::AssertionFailure() << "expected 0, got " << text_of(ours);
+        }
+        const long e = decimal_magnitude(expected);
+        if (error <= pow10q(e - digits) && ours.len <= digits) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << "at " << digits << " digits: got " << text_of(ours).substr(0, 120)
+                                             << " (len " << ours.len << ")";
+    }
+
+    /// f(x) at `digits` digits against MPFR's g(x), the argument given as text.
+    void check(const char* name, const LongFunction& f, const MpFunction& g, const std::string& x, int digits) {
+        mode.precision = digits;
+        const LongNumber arg = make_long(x);
+        LongNumber ours;
+        ASSERT_EQ(f(arg, ours), 0) << name << "(" << x << ")" << fe.output;
+        EXPECT_EQ(mode.precision, digits);
+        Mp in(digits + 20);
+        Mp out(digits + 20);
+        // The argument as the long number holds it (rounded to the precision).
+        mpfr_set_str(in.v, text_of(arg).c_str(), 10, MPFR_RNDN);
+        g(out.v, in.v);
+        EXPECT_TRUE(within_last_digit(ours, out.exact(), digits)) << name << "(" << x << ")";
+        EXPECT_EQ(long_state.functions.function_top, 0u);
+    }
+
+    void check_all(const char* name, const LongFunction& f, const MpFunction& g,
+                   std::initializer_list<const char*> args, std::initializer_list<int> precisions) {
+        for (int digits : precisions) {
+            for (const char* x : args) check(name, f, g, x, digits);
+        }
+    }
+
+    static LongFunction radians(int (*f)(const LongNumber&, bool, LongNumber&)) {
+        return [f](const LongNumber& x, LongNumber& out) { return f(x, false, out); };
+    }
+};
+
+// ---- accuracy against MPFR ----------------------------------------------------
+
+TEST_F(LongFunctionsTest, PiAndEAgreeWithMpfr) {
+    for (int digits : {11, 50, 100, 1000, 10000, 10001}) {
+        mode.precision = digits;
+        clear_long_constants();
+        LongNumber pi, e;
+        ASSERT_EQ(long_pi(pi), 0);
+        ASSERT_EQ(long_e(e), 0);
+        Mp ref_pi(digits), ref_e(digits), one(digits);
+        mpfr_const_pi(ref_pi.v, MPFR_RNDN);
+        mpfr_set_ui(one.v, 1, MPFR_RNDN);
+        mpfr_exp(ref_e.v, one.v, MPFR_RNDN);
+        EXPECT_TRUE(within_last_digit(pi, ref_pi.exact(), digits));
+        EXPECT_TRUE(within_last_digit(e, ref_e.exact(), digits));
+    }
+    // A cached value serves lower precisions, rounded to them.
+    mode.precision = 30;
+    LongNumber pi;
+    ASSERT_EQ(long_pi(pi), 0);
+    EXPECT_EQ(text_of(pi), "3.14159265358979323846264338328");
+}
+
+TEST_F(LongFunctionsTest, SquareRootAgreesWithMpfr) {
+    check_all("sqrt", long_sqrt, [](mpfr_t o, const mpfr_t x) { mpfr_sqrt(o, x, MPFR_RNDN); },
+              {"2", "0.5e-7", "123456.789", "99999999.99999", "1e-301", "7e300"}, {11, 50, 100, 1000});
+    check("sqrt", long_sqrt, [](mpfr_t o, const mpfr_t x) { mpfr_sqrt(o, x, MPFR_RNDN); }, "3", 10000);
+    // Perfect squares come out exact.
+    mode.precision = 50;
+    LongNumber r;
+    ASSERT_EQ(long_sqrt(make_long("152415787532388367501905199875019052100"), r), 0);
+    EXPECT_EQ(text_of(r), "12345678901234567890.");
+}
+
+TEST_F(LongFunctionsTest, ExponentialsAgreeWithMpfr) {
+    check_all("exp", long_exp, [](mpfr_t o, const mpfr_t x) { mpfr_exp(o, x, MPFR_RNDN); },
+              {"1", "-3.2", "2.302585", "1000.5", "-0.000123", "-745.25", "1e-30", "23025.8"}, {11, 50, 100, 1000});
+    check("exp", long_exp, [](mpfr_t o, const mpfr_t x) { mpfr_exp(o, x, MPFR_RNDN); }, "1", 10000);
+    check_all("exp10", long_exp10, [](mpfr_t o, const mpfr_t x) { mpfr_exp10(o, x, MPFR_RNDN); },
+              {"0.5", "-7.25", "123.456", "3"}, {11, 100, 1000});
+}
+
+TEST_F(LongFunctionsTest, LogarithmsAgreeWithMpfr) {
+    check_all("log", long_log, [](mpfr_t o, const mpfr_t x) { mpfr_log(o, x, MPFR_RNDN); },
+              {"2", "0.5e-20", "1.0000001", "3e100", "0.3", "10", "0.99999999999"}, {11, 50, 100, 1000});
+    check("log", long_log, [](mpfr_t o, const mpfr_t x) { mpfr_log(o, x, MPFR_RNDN); }, "2", 10000);
+    check_all("log10", long_log10, [](mpfr_t o, const mpfr_t x) { mpfr_log10(o, x, MPFR_RNDN); },
+              {"2", "12345.678", "0.00071"}, {11, 100, 1000});
+    mode.precision = 50;
+    LongNumber r;
+    ASSERT_EQ(long_log10(make_long("1e-30"), r), 0);
+    EXPECT_EQ(text_of(r), "-30.");
+    ASSERT_EQ(long_log(make_long("1"), r), 0);
+    EXPECT_EQ(text_of(r), "0");
+}
+
+TEST_F(LongFunctionsTest, SineAndCosineAgreeWithMpfr) {
+    const std::initializer_list<const char*> args = {"1", "-0.3", "100", "1e-5", "0.7853981", "2.5", "1234567.89",
+                                                      "3.14159265358979"};
+    check_all("sin", radians(long_sin), [](mpfr_t o, const mpfr_t x) { mpfr_sin(o, x, MPFR_RNDN); }, args,
+              {11, 50, 100, 1000});
+    check_all("cos", radians(long_cos), [](mpfr_t o, const mpfr_t x) { mpfr_cos(o, x, MPFR_RNDN); }, args,
+              {11, 50, 100, 1000});
+    check("sin", radians(long_sin), [](mpfr_t o, const mpfr_t x) { mpfr_sin(o, x, MPFR_RNDN); }, "1", 10000);
+    check("cos", radians(long_cos), [](mpfr_t o, const mpfr_t x) { mpfr_cos(o, x, MPFR_RNDN); }, "0.1234", 10000);
+}
+
+TEST_F(LongFunctionsTest, TangentAndArctangentAgreeWithMpfr) {
+    check_all("tan", radians(long_tan), [](mpfr_t o, const mpfr_t x) { mpfr_tan(o, x, MPFR_RNDN); },
+              {"1", "-2.5", "1.5707", "0.001"}, {11, 50, 100, 1000});
+    check_all("cot", radians(long_cot), [](mpfr_t o, const mpfr_t x) { mpfr_cot(o, x, MPFR_RNDN); }, {"1", "-0.2"},
+              {11, 100});
+    check_all("atn", radians(long_atn), [](mpfr_t o, const mpfr_t x) { mpfr_atan(o, x, MPFR_RNDN); },
+              {"0.5", "3", "-0.05", "0.99", "1", "0.1", "0.84", "123456.7", "1e-12"}, {11, 50, 100, 1000});
+    check("atn", radians(long_atn), [](mpfr_t o, const mpfr_t x) { mpfr_atan(o, x, MPFR_RNDN); }, "0.7", 10000);
+    // The argument adjustment may be skipped; the result is the same.
+    set_named_double("atnskipadjust", 1);
+    check("atn", radians(long_atn), [](mpfr_t o, const mpfr_t x) { mpfr_atan(o, x, MPFR_RNDN); }, "0.7", 1000);
+}
+
+// ---- special cases --------------------------------------------------------------
+
+TEST_F(LongFunctionsTest, SineAndCosineSpecialCases) {
+    mode.precision = 50;
+    LongNumber r;
+    ASSERT_EQ(long_sin(make_long("0"), false, r), 0);
+    EXPECT_EQ(text_of(r), "0");
+    ASSERT_EQ(long_cos(make_long("0"), false, r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    // Below 10^-(precision/2) the sine is the argument itself.
+    ASSERT_EQ(long_sin(make_long("1.234567e-26"), false, r), 0);
+    EXPECT_EQ(value_of(r), decimal_value("1.234567e-26"));
+    ASSERT_EQ(long_cos(make_long("1.234567e-26"), false, r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    // Degrees: exact at the multiples of the quarter turn, rounded elsewhere.
+    ASSERT_EQ(long_sin(make_long("30"), true, r), 0);
+    EXPECT_EQ(text_of(r), ".5");
+    ASSERT_EQ(long_sin(make_long("-450"), true, r), 0);
+    EXPECT_EQ(text_of(r), "-1.");
+    ASSERT_EQ(long_cos(make_long("90"), true, r), 0);
+    EXPECT_EQ(text_of(r), "0");
+    ASSERT_EQ(long_cos(make_long("540"), true, r), 0);
+    EXPECT_EQ(text_of(r), "-1.");
+    ASSERT_EQ(long_tan(make_long("45"), true, r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    ASSERT_EQ(long_tan(make_long("-135"), true, r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    ASSERT_EQ(long_atn(make_long("1"), true, r), 0);
+    EXPECT_EQ(text_of(r), "45.");
+    ASSERT_EQ(long_acot(make_long("-1"), true, r), 0);
+    EXPECT_EQ(text_of(r), "135.");
+    fe.take();
+    EXPECT_EQ(long_tan(make_long("90"), true, r), -err_invalid_argument);
+    EXPECT_EQ(long_cot(make_long("0"), false, r), -err_invalid_argument);
+    EXPECT_NE(fe.take().find("Invalid argument."), std::string::npos);
+    // sin^2 + cos^2 = 1 in degrees away from the exact points.
+    LongNumber s, c, s2, c2, sum;
+    ASSERT_EQ(long_sin(make_long("123.456"), true, s), 0);
+    ASSERT_EQ(long_cos(make_long("123.456"), true, c), 0);
+    ASSERT_EQ(long_multiply(s, s, s2), 0);
+    ASSERT_EQ(long_multiply(c, c, c2), 0);
+    ASSERT_EQ(long_add(s2, c2, sum), 0);
+    long_normalise(sum, normalise_round);
+    EXPECT_TRUE(within_last_digit(sum, Rational(1), 49));
+}
+
+TEST_F(LongFunctionsTest, PowersOfTenAndTheExponentLimits) {
+    mode.precision = 20;
+    LongNumber r;
+    ASSERT_EQ(long_exp10(make_long("7"), r), 0);
+    EXPECT_EQ(text_of(r), "10000000.");
+    ASSERT_EQ(long_exp10(make_long("-5"), r), 0);
+    EXPECT_EQ(value_of(r), pow10q(-5));
+    ASSERT_EQ(long_exp10(make_long("10000000"), r), 0);
+    EXPECT_EQ(r.exp, 10000001);
+    EXPECT_EQ(r.len, 1);
+    ASSERT_EQ(long_exp10(make_long("0"), r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    fe.take();
+    EXPECT_EQ(long_exp10(make_long("10000001"), r), -err_long_exp10_too_large);
+    EXPECT_EQ(long_exp10(make_long("1000000.5"), r), -err_long_exp10_too_large);
+    EXPECT_EQ(long_exp(make_long("2302586"), r), -err_long_exp_too_large);
+    EXPECT_EQ(long_exp(make_long("-2302586"), r), -err_long_exp_too_large);
+    EXPECT_NE(fe.take().find("LONGMATH - e^x: |x| too large."), std::string::npos);
+    check("exp", long_exp, [](mpfr_t o, const mpfr_t x) { mpfr_exp(o, x, MPFR_RNDN); }, "2302585", 20);
+    check("exp", long_exp, [](mpfr_t o, const mpfr_t x) { mpfr_exp(o, x, MPFR_RNDN); }, "-2302585", 20);
+    check("exp10", long_exp10, [](mpfr_t o, const mpfr_t x) { mpfr_exp10(o, x, MPFR_RNDN); }, "-999999.5", 20);
+    // The core refuses arguments above 3.5.
+    EXPECT_EQ(long_exp_core(make_long("3.5000001"), r), -err_long_exp_over_3_5);
+    ASSERT_EQ(long_exp_core(make_long("-3.5"), r), 0);
+    EXPECT_EQ(mode.precision, 20);
+}
+
+TEST_F(LongFunctionsTest, FactorialIsExact) {
+    mode.integer_mode = true;
+    LongNumber r;
+    for (unsigned long n : {1ul, 2ul, 12ul, 13ul, 100ul, 1234ul, 5000ul}) {
+        ASSERT_EQ(long_factorial(make_long(std::to_string(n)), r), 0) << n;
+        mpz_t f;
+        mpz_init(f);
+        mpz_fac_ui(f, n);
+        Rational expected;
+        mpq_set_z(expected.get(), f);
+        mpz_clear(f);
+        EXPECT_EQ(value_of(r), expected) << n;
+    }
+    ASSERT_EQ(long_factorial(make_long("5"), r), 0);
+    EXPECT_EQ(text_of(r), "120");
+    fe.take();
+    EXPECT_EQ(long_factorial(make_long("0"), r), -err_factorial_number_out_range);
+    EXPECT_EQ(long_factorial(make_long("-3"), r), -err_factorial_number_out_range);
+    EXPECT_EQ(long_factorial(make_long("205022"), r), -err_factorial_number_out_range);
+    EXPECT_NE(fe.take().find("FACTORIAL - number out of range."), std::string::npos);
+    // Floating-point mode cuts n! to the precision (no rounding).
+    mode.integer_mode = false;
+    mode.precision = 11;
+    ASSERT_EQ(long_factorial(make_long("20"), r), 0);
+    EXPECT_EQ(text_of(r), "2.4329020081e+18");  // 2432902008176640000
+}
+
+TEST_F(LongFunctionsTest, PowerRootAndHalf) {
+    mode.precision = 30;
+    LongNumber r;
+    ASSERT_EQ(long_power(make_long("2"), make_long("100"), r), 0);
+    EXPECT_EQ(text_of(r), "1.26765060022822940149670320538e+30");
+    ASSERT_EQ(long_power(make_long("-2"), make_long("-3"), r), 0);
+    EXPECT_EQ(text_of(r), "-.125");
+    ASSERT_EQ(long_power(make_long("2"), make_long("0.5"), r), 0);
+    EXPECT_EQ(text_of(r), "1.41421356237309504880168872421");
+    ASSERT_EQ(long_power(make_long("0"), make_long("0"), r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    ASSERT_EQ(long_power(make_long("-1"), make_long("1e40"), r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    ASSERT_EQ(long_root(make_long("-27"), make_long("3"), r), 0);
+    EXPECT_EQ(text_of(r), "-3.");
+    ASSERT_EQ(long_root(make_long("2"), make_long("2"), r), 0);
+    EXPECT_EQ(text_of(r), "1.41421356237309504880168872421");
+    fe.take();
+    EXPECT_EQ(long_power(make_long("-2"), make_long("0.5"), r), -err_power_root_error_result);
+    EXPECT_EQ(long_power(make_long("0"), make_long("-1"), r), -err_power_root_error_result);
+    EXPECT_EQ(long_power(make_long("10"), make_long("1e8"), r), -err_power_root_error_result);
+    EXPECT_EQ(long_root(make_long("-16"), make_long("4"), r), -err_power_root_error_result);
+    EXPECT_EQ(long_root(make_long("16"), make_long("0"), r), -err_power_root_error_result);
+    EXPECT_NE(fe.take().find("Power or root - error result."), std::string::npos);
+    ASSERT_EQ(long_half(make_long("-12345678901234567.000000001"), r), 0);
+    EXPECT_EQ(text_of(r), "-6172839450617283.5000000005");
+    mode.integer_mode = true;
+    ASSERT_EQ(long_half(make_long("7"), r), 0);
+    EXPECT_EQ(text_of(r), "3");
+}
+
+// ---- errors, tuning, timing and interruption ------------------------------------
+
+TEST_F(LongFunctionsTest, ErrorsLeaveThePrecisionAndRecordsAsTheyWere) {
+    mode.precision = 40;
+    LongNumber r;
+    EXPECT_EQ(long_sqrt(make_long("-2"), r), -err_cannot_take_square_root_negative);
+    EXPECT_EQ(long_log(make_long("0"), r), -err_cannot_take_logarithm_zero);
+    EXPECT_EQ(long_log10(make_long("-1"), r), -err_cannot_take_logarithm_negative_number);
+    EXPECT_EQ(long_exp(make_long("1e9"), r), -err_long_exp_too_large);
+    EXPECT_EQ(long_power(make_long("10"), make_long("1e300"), r), -err_power_root_error_result);
+    EXPECT_EQ(mode.precision, 40);
+    EXPECT_EQ(long_state.functions.function_top, 0u);
+    mode.integer_mode = true;
+    EXPECT_EQ(long_sin(make_long("1"), false, r), -err_long_operation_only_valid_floating);
+    EXPECT_EQ(long_pi(r), -err_long_operation_only_valid_floating);
+}
+
+TEST_F(LongFunctionsTest, CrossoversAreRaisedToEightAboveThePrevious) {
+    mode.precision = 200;
+    mode.debug_display = true;
+    auto pieces_for = [&](double crossover2) {
+        set_named_double("sincrossover2", crossover2);
+        LongNumber r;
+        fe.take();
+        EXPECT_EQ(long_sin(make_long("0.123456789012345678901234567890123456789"), false, r), 0);
+        std::string out = fe.take();
+        std::string shown;  // the piece lines of the series routine
+        for (std::size_t at = out.find("x2_start_block"); at != std::string::npos;
+             at = out.find("x2_start_block", at + 1)) {
+            shown += out.substr(at, out.find('\n', at) - at) + "\n";
+        }
+        return shown;
+    };
+    const std::string at10 = pieces_for(10);
+    EXPECT_EQ(at10, pieces_for(16));
+    EXPECT_NE(at10, pieces_for(24));
+    EXPECT_NE(at10, pieces_for(0));  // the default, 48
+    EXPECT_NE(at10.find("x2_start_block - 3, x2_num_blocks = 2"), std::string::npos) << at10;
+}
+
+TEST_F(LongFunctionsTest, TimingsGoToTheirVariables) {
+    mode.precision = 1000;
+    const double five = 5;
+    ASSERT_EQ(dimension_array("sincalctime", 1, &five, false), 2);
+    ASSERT_EQ(dimension_array("lncalctime", 1, &five, false), 2);
+    LongNumber r;
+    ASSERT_EQ(long_sin(make_long("0.5123456789123"), false, r), 0);
+    EXPECT_GT(named_double("sintotaltime"), 0.0);
+    EXPECT_GT(named_double("sincalctime(0)"), 0.0);
+    EXPECT_GT(named_double("sincalctime(1)"), 0.0);
+    EXPECT_EQ(named_double("sincalctime(4)"), 0.0);  // the argument has no fifth piece
+    ASSERT_EQ(long_atn(make_long("0.3"), false, r), 0);
+    EXPECT_GT(named_double("atntotaltime"), 0.0);
+    ASSERT_EQ(long_log(make_long("7"), r), 0);
+    EXPECT_GT(named_double("lncalctime(1)"), 0.0);
+    // With timing on, the labels are printed.
+    mode.timing = true;
+    fe.take();
+    ASSERT_EQ(long_sqrt(make_long("2"), r), 0);
+    EXPECT_NE(fe.take().find("SQR Calc. Time: "), std::string::npos);
+}
+
+struct Hook {
+    int polls = 0;
+    int abort_at = 1;
+};
+Hook hook;
+int interrupting_check() { return ++hook.polls >= hook.abort_at ? -10000 : 0; }
+
+TEST_F(LongFunctionsTest, InterruptionEndsLongComputationsPromptly) {
+    const std::function<int(LongNumber&)> computations[] = {
+        [](LongNumber& r) { return long_pi(r); },
+        [](LongNumber& r) { return long_e(r); },
+        [](LongNumber& r) { return long_sqrt(make_long("2"), r); },
+        [](LongNumber& r) { return long_exp(make_long("1.5"), r); },
+        [](LongNumber& r) { return long_log(make_long("2"), r); },
+        [](LongNumber& r) { return long_sin(make_long("1"), false, r); },
+        [](LongNumber& r) { return long_atn(make_long("0.3"), false, r); },
+        [](LongNumber& r) { return long_factorial(make_long("20000"), r); },
+    };
+    set_long_interrupt_check(interrupting_check);
+    for (const auto& f : computations) {
+        mode.precision = 20000;
+        hook = Hook{};
+        LongNumber r;
+        EXPECT_EQ(f(r), -10000);
+        EXPECT_EQ(hook.polls, 1);
+        EXPECT_EQ(mode.precision, 20000);
+        EXPECT_EQ(long_state.functions.function_top, 0u);
+    }
+    // Nothing half-computed was kept: the constants are computed afresh.
+    EXPECT_EQ(long_state.functions.cached_pi_digits, 0);
+    EXPECT_EQ(long_state.functions.cached_ln10_digits, 0);
+    set_long_interrupt_check(nullptr);
+    mode.precision = 60;
+    LongNumber pi;
+    ASSERT_EQ(long_pi(pi), 0);
+    EXPECT_EQ(text_of(pi), "3.14159265358979323846264338327950288419716939937510582097494");
+}
+
+/// A front end on which the user asks to stop while events are pumped the
+/// second time: after the statement has started, during the computation.
+struct StoppingFrontEnd : RecordingFrontEnd {
+    int pumps = 0;
+    void pump_events() override {
+        if (++pumps == 2) host.flags.interrupt_requested = true;
+    }
+};
+
+TEST_F(LongFunctionsTest, TheRunLoopStopsALongPower) {
+    StoppingFrontEnd stopping;
+    host.front_end = &stopping;
+    mode.precision = 30000;
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_LT(run_command_line("x = long(2) ^ 0.5"), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    host.front_end = &fe;
+    EXPECT_NE(stopping.output.find("User interrupted program"), std::string::npos) << stopping.output;
+    EXPECT_EQ(mode.precision, 30000);
+    EXPECT_EQ(long_state.functions.function_top, 0u);
+}
+
+}  // namespace
+}  // namespace tl::test
