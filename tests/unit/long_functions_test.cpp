@@ -17,6 +17,8 @@
 #include "longmath/long_cores.h"
 #include "longmath/long_functions.h"
 #include "longmath/long_state.h"
+#include "longmath/long_timing.h"
+#include "lang/keyword_tables.h"
 #include "test_support.h"
 
 namespace tl::test {
@@ -356,7 +358,7 @@ TEST_F(LongFunctionsTest, TimingsGoToTheirVariables) {
     ASSERT_EQ(long_log(make_long("7"), r), 0);
     EXPECT_GT(named_double("lncalctime(1)"), 0.0);
     // With timing on, the labels are printed.
-    mode.timing = true;
+    set_long_timer(lop_sqr, true);
     fe.take();
     ASSERT_EQ(long_sqrt(make_long("2"), r), 0);
     EXPECT_NE(fe.take().find("SQR Calc. Time: "), std::string::npos);
