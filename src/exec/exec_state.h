@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "exec/program_store.h"
+#include "exec/sort_statement.h"
 #include "lang/item.h"
 #include "longmath/long_number.h"
 
@@ -98,6 +99,8 @@ struct ExecState {
     LongNumber return_long;
     /// Text of a long number being printed (grown as needed, then reused).
     std::vector<char> long_text;
+    /// The SORT in progress.
+    SortContext sort;
 };
 
 extern ExecState exec;

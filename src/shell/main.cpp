@@ -42,6 +42,8 @@ int run_session(const std::string& program_file) {
     tl::host.front_end = &s.terminal;
 
     if (tl::init_language_tables(s.settings.sizes) < 0) return 1;
+    std::snprintf(tl::host.program_folder, sizeof tl::host.program_folder, "%s%s", s.program_folder.c_str(),
+                  s.program_folder.ends_with('/') ? "" : "/");
 
     s.working_folder = choose_working_folder(s.settings, user_documents_folder(), s.program_folder);
     if (!enter_working_folder(s.working_folder))
