@@ -70,7 +70,9 @@ struct SortRequest {
     int fixed_columns[max_parameters] = {};
     bool given[sort_parameter_count] = {};
     double value[sort_parameter_count] = {};
-    int column[sort_parameter_count] = {};
+    int column[sort_parameter_count] = {};        ///< of the parameter word
+    int value_column[sort_parameter_count] = {};  ///< of its value
+    int name_column = 0;
 };
 
 /// The array with exactly this name (letter case counts), or null.
@@ -149,7 +151,7 @@ int parse_parameters(SortRequest& rq) {
         if (kind < 0) return kind;
         if (!numeric) return error_at_column(err_invalid_value_sort_parameter, value_column);
         rq.value[which] = std::trunc(rq.value[which]);
-        rq.column[which] = value_column;
+        rq.value_column[which] = value_column;
         // The separator ended the expression and was consumed: put a comma back.
         if (lang.scan.terminator == ',') --lang.scan.position;
     }
@@ -254,10 +256,12 @@ int sort_rows(const SortRequest& rq) {
     std::size_t rows = static_cast<std::size_t>(a.sizes[f]);
     if (rq.given[sort_count]) {
         const double n = rq.value[sort_count];
-        if (n < 0.0) return error_at_column(err_invalid_value_sort_parameter, rq.column[sort_count]);
+        if (n < 0.0) return error_at_column(err_invalid_value_sort_parameter, rq.value_column[sort_count]);
         if (n > 0.0 && n < static_cast<double>(rows)) rows = static_cast<std::size_t>(n);
     }
-    if (rows < 2) return error_at_column(err_have_at_least_2_rows, 0);
+    if (rows < 2)
+        return error_at_column(err_have_at_least_2_rows,
+                               rq.given[sort_count] ? rq.value_column[sort_count] : rq.name_column);
     std::size_t row_elements = 1;
     for (int d = f + 1; d < a.dimensions; ++d) row_elements *= static_cast<std::size_t>(a.sizes[d]);
     const std::size_t row_bytes = row_elements * width;
@@ -279,7 +283,7 @@ int sort_rows(const SortRequest& rq) {
             if (!rq.given[keys[k]]) continue;
             const double v = rq.value[keys[k]];
             if (!(v >= 0.0 && v < static_cast<double>(column_count)))
-                return error_at_column(err_invalid_value_sort_parameter, rq.column[keys[k]]);
+                return error_at_column(err_invalid_value_sort_parameter, rq.value_column[keys[k]]);
             key_column[k] = static_cast<int>(v);
         }
         c.key_count = rq.given[sort_keycol3] ? 3 : (rq.given[sort_keycol2] ? 2 : 1);
@@ -343,6 +347,7 @@ int do_sort() {
     SortRequest rq;
     skip_blanks();
     const int name_column = scan_column();
+    rq.name_column = name_column;
     const char* p = lang.scan.position;
     while (p < lang.scan.end && is_name_char(*p)) ++p;
     const std::string_view name(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
