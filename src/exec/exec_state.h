@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "exec/program_store.h"
+#include "exec/sort_statement.h"
 #include "lang/item.h"
 #include "longmath/long_number.h"
 
@@ -105,6 +106,8 @@ struct ExecState {
     /// string array (both grown as needed, then reused).
     std::vector<char> long_result_text;
     std::vector<char> long_operand_text;
+    /// The SORT in progress.
+    SortContext sort;
 };
 
 extern ExecState exec;

@@ -70,6 +70,9 @@ struct HostState {
     /// Open log file that receives a copy of every console line, or null.
     std::FILE* log = nullptr;
     RunFlags flags;
+    /// The folder that holds the interpreter itself, with its trailing
+    /// separator (the special function "programdir$"); set by the shell.
+    char program_folder[261] = {};
 };
 
 extern HostState host;

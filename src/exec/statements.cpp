@@ -10,6 +10,7 @@
 #include "exec/longmath_statement.h"
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
+#include "exec/sort_statement.h"
 #include "exec/run_loop.h"
 #include "exec/string_space.h"
 #include "lang/error_reporter.h"
@@ -221,6 +222,10 @@ int do_keyword_statement(int slot) {
         case stmt_chain: return do_chain();
         case stmt_print: return do_print(false);
         case stmt_write: return do_print(true);
+        case stmt_degrees: return do_degrees();
+        case stmt_radians: return do_radians();
+        case stmt_randomize: return do_randomize();
+        case stmt_sort: return do_sort();
         case stmt_using: return error_at_column(err_using_only_valid_print_statement, 0);
         case stmt_to:
         case stmt_step: return error_at_column(err_invalid_statement, 0);

@@ -25,6 +25,10 @@ namespace tl {
 [[nodiscard]] int do_end();
 [[nodiscard]] int do_stop();
 [[nodiscard]] int do_cont();
+// DEGREES, RADIANS and RANDOMIZE (simple_statements.cpp).
+[[nodiscard]] int do_degrees();
+[[nodiscard]] int do_radians();
+[[nodiscard]] int do_randomize();
 /// PRINT (write_mode false) and WRITE (true), behind the keyword.
 [[nodiscard]] int do_print(bool write_mode);
 

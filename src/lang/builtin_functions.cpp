@@ -31,65 +31,63 @@ constexpr int L = kind_long;
 // ORDER: one entry per slot of the function table.
 constexpr FunctionEntry functions[fn_count] = {
     {1, 1, N, fn_abs_handler},    // 0 abs
-    {1, 1, N, nullptr},           // 1 atn
-    {1, 1, N, nullptr},           // 2 cos
+    {1, 1, N, fn_atn_handler},  // 1 atn
+    {1, 1, N, fn_cos_handler},  // 2 cos
     {1, 1, N, fn_fix_handler},    // 3 fix
-    {1, 1, N, nullptr},           // 4 exp
-    {1, 1, N, nullptr},           // 5 log
+    {1, 1, N, fn_exp_handler},  // 4 exp
+    {1, 1, N, fn_log_handler},  // 5 log
     {1, 1, N, fn_sgn_handler},    // 6 sgn
-    {1, 1, N, nullptr},           // 7 sin
+    {1, 1, N, fn_sin_handler},  // 7 sin
     {1, 1, N, fn_sqr_handler},    // 8 sqr
-    {1, 1, N, nullptr},           // 9 cot
-    {1, 1, N, nullptr},           // 10 rnd
-    {1, 1, N, nullptr},           // 11 exponent
+    {1, 1, N, fn_cot_handler},  // 9 cot
+    {1, 1, N, fn_rnd_handler},  // 10 rnd
+    {1, 1, N, fn_exponent_handler},  // 11 exponent
     {1, 1, S, fn_chr_handler},    // 12 chr$
     {2, 2, S, fn_left_handler},   // 13 left$
     {2, 2, S, fn_right_handler},  // 14 right$
     {2, 3, S, fn_mid_handler},    // 15 mid$
-    {1, 2, S, nullptr},           // 16 hex$
+    {1, 2, S, fn_hex_handler},  // 16 hex$
     {1, 1, N, fn_len_handler},    // 17 len
-    {1, 1, N, nullptr},           // 18 cint
-    {1, 2, S, nullptr},           // 19 str$
+    {1, 1, N, fn_cint_handler},  // 18 cint
+    {1, 2, S, fn_str_handler},  // 19 str$
     {1, 1, N, fn_int_handler},    // 20 int
     {1, 1, N, fn_asc_handler},    // 21 asc
-    {2, 2, S, nullptr},           // 22 string$
-    {1, 1, N, nullptr},           // 23 log10
-    {1, 1, S, nullptr},           // 24 space$
-    {2, 3, N, nullptr},           // 25 instr
+    {2, 2, S, fn_string_handler},  // 22 string$
+    {1, 1, N, fn_log10_handler},  // 23 log10
+    {1, 1, S, fn_space_handler},  // 24 space$
+    {2, 3, N, fn_instr_handler},  // 25 instr
     {1, 1, N, fn_val_handler},    // 26 val
     {1, 1, N, fn_tab_handler},    // 27 tab
-    {2, 2, N, nullptr},           // 28 mod
-    {1, 7, N, nullptr},           // 29 read
-    {1, 2, N, nullptr},           // 30 eof
-    {1, 7, N, nullptr},           // 31 input
-    {3, 7, N, nullptr},           // 32 open
-    {1, 1, N, nullptr},           // 33 factorial
+    {2, 2, N, fn_mod_handler},  // 28 mod
+    {1, 7, N, fn_file_read_handler},  // 29 read
+    {1, 2, N, fn_eof_handler},  // 30 eof
+    {1, 7, N, fn_file_read_handler},  // 31 input
+    {3, 7, N, fn_open_handler},  // 32 open
+    {1, 1, N, fn_factorial_handler},  // 33 factorial
     {1, 1, L, fn_long_handler},   // 34 long
-    {1, 1, N, nullptr},           // 35 exp10
+    {1, 1, N, fn_exp10_handler},  // 35 exp10
     {1, 1, N, fn_short_handler},  // 36 short
-    {1, 1, N, nullptr},           // 37 half
-    {1, 1, N, nullptr},           // 38 acot
-    {2, 2, N, nullptr},           // 39 root
-    {1, 1, N, nullptr},           // 40 tan
+    {1, 1, N, fn_half_handler},  // 37 half
+    {1, 1, N, fn_acot_handler},  // 38 acot
+    {2, 2, N, fn_root_handler},  // 39 root
+    {1, 1, N, fn_tan_handler},  // 40 tan
     {0, 7, N, nullptr},           // 41 call of a user-defined function
     {1, 1, S, fn_hexconvert_handler},  // 42 hexconvert
-    {1, 1, S, nullptr},           // 43 browseinputfile$
-    {1, 1, S, nullptr},           // 44 browseoutputfile$
+    {1, 1, S, fn_browse_handler},  // 43 browseinputfile$
+    {1, 1, S, fn_browse_handler},  // 44 browseoutputfile$
     {0, 7, S, nullptr},           // 45 formatdatetime$
     {0, 7, N, nullptr},           // 46 expanddatetime: a statement form, never a function
     {0, 7, N, nullptr},           // 47 makedatetime
-    {3, 3, N, nullptr},           // 48 setcolor
-    {1, 4, N, nullptr},           // 49 messagebox
+    {3, 3, N, fn_setcolor_handler},  // 48 setcolor
+    {1, 4, N, fn_messagebox_handler},  // 49 messagebox
     {0, 7, N, nullptr},           // 50 inputdialog: statement form only
     {0, 7, N, nullptr},           // 51 updatedialog: statement form only
-    {1, 1, S, nullptr},           // 52 tolower$
-    {1, 1, S, nullptr},           // 53 toupper$
-    {1, 1, S, nullptr},           // 54 browsecommports$
-    {1, 1, N, nullptr},           // 55 filesize
-    {1, 3, N, nullptr},           // 56 select
+    {1, 1, S, fn_tolower_handler},  // 52 tolower$
+    {1, 1, S, fn_toupper_handler},  // 53 toupper$
+    {1, 1, S, fn_browse_handler},  // 54 browsecommports$
+    {1, 1, N, fn_filesize_handler},  // 55 filesize
+    {1, 3, N, fn_select_handler},  // 56 select
 };
-
-int special_matherror() { return double_result(lang.scan.math_error ? 1.0 : 0.0); }
 
 struct SpecialEntry {
     int result_kind;
@@ -98,19 +96,19 @@ struct SpecialEntry {
 
 // ORDER: one entry per slot of the special function table.
 constexpr SpecialEntry special_functions[sfn_count] = {
-    {L, nullptr},            // 0 longpi
-    {L, nullptr},            // 1 longe
-    {N, nullptr},            // 2 remainder
-    {N, nullptr},            // 3 cossame
-    {N, nullptr},            // 4 checkdegrees
-    {N, nullptr},            // 5 starttimer
-    {N, nullptr},            // 6 endtimer
+    {L, special_longpi},  // 0 longpi
+    {L, special_longe},  // 1 longe
+    {L, special_remainder},  // 2 remainder
+    {N, special_cossame},  // 3 cossame
+    {N, special_checkdegrees},  // 4 checkdegrees
+    {N, special_starttimer},  // 5 starttimer
+    {N, special_endtimer},  // 6 endtimer
     {N, special_matherror},  // 7 matherror
-    {S, nullptr},            // 8 workingdir$
-    {S, nullptr},            // 9 programdir$
-    {N, nullptr},            // 10 checkmouseclick
-    {S, nullptr},            // 11 inkey$
-    {S, nullptr},            // 12 choosefont$
+    {S, special_workingdir},  // 8 workingdir$
+    {S, special_programdir},  // 9 programdir$
+    {N, special_checkmouseclick},  // 10 checkmouseclick
+    {S, special_inkey},  // 11 inkey$
+    {S, special_choosefont},  // 12 choosefont$
 };
 
 int dummy_result(int kind) {

@@ -1,5 +1,5 @@
-// builtin_numeric.cpp — the numeric builtin functions written so far:
-// abs, sgn, fix, int, sqr, long, short and tab.
+// builtin_numeric.cpp — the numeric builtin functions that convert or round:
+// abs, sgn, fix, int, cint, sqr, long, short and tab.
 #include <cmath>
 #include <cstring>
 
@@ -11,6 +11,7 @@
 #include "lang/scanner.h"
 #include "longmath/long_arith.h"
 #include "longmath/long_convert.h"
+#include "longmath/long_functions.h"
 #include "longmath/long_space.h"
 #include "longmath/long_state.h"
 
@@ -20,9 +21,8 @@ namespace {
 /// The integer part of the long parameter into the work register, truncated
 /// toward zero (`floor` false) or rounded down. x - mod(x, 1) truncates
 /// because the remainder takes the dividend's sign.
-int long_integer_part(const Item& p, bool floor) {
-    const LongNumber& x = long_at(p.word);
-    lang.reporter.error_column = p.column;
+int long_integer_part(const LongNumber& x, int column, bool floor) {
+    lang.reporter.error_column = column;
     const std::uint32_t mark = temp_long_mark();
     const std::int64_t one_ref = new_temp_long();
     if (one_ref < 0) return static_cast<int>(one_ref);
@@ -47,7 +47,29 @@ int long_integer_part(const Item& p, bool floor) {
 /// Long arguments of the transcendental functions need floating-point mode.
 int long_argument_check(const Item& p) {
     if (long_state.mode.integer_mode) return fail_at(err_long_operation_only_valid_floating, p);
+    lang.reporter.error_column = p.column;
     return 0;
+}
+
+/// cint of a long number: x + 0.5 (x - 0.5 when negative), truncated.
+int long_round_half_away(const Item& p) {
+    const LongNumber& x = long_at(p.word);
+    lang.reporter.error_column = p.column;
+    const std::uint32_t mark = temp_long_mark();
+    const std::int64_t half_ref = new_temp_long();
+    if (half_ref < 0) return static_cast<int>(half_ref);
+    const std::int64_t sum_ref = new_temp_long();
+    if (sum_ref < 0) return static_cast<int>(sum_ref);
+    LongNumber& half = long_at(static_cast<std::uint32_t>(half_ref));
+    LongNumber& sum = long_at(static_cast<std::uint32_t>(sum_ref));
+    int r = long_from_double(x.sgn == -1 ? -0.5 : 0.5, half, true);
+    if (r >= 0) r = long_add(x, half, sum);
+    if (r >= 0) {
+        long_normalise(sum, normalise_strip);
+        r = long_integer_part(sum, p.column, false);
+    }
+    release_temp_longs(mark);
+    return r;
 }
 
 }  // namespace
@@ -82,14 +104,14 @@ int fn_fix_handler(Item* p, int) {
     const int k = numeric_parameter(p[0]);
     if (k < 0) return k;
     if (k == kind_double) return double_result(std::trunc(p[0].number));
-    return long_integer_part(p[0], false);
+    return long_integer_part(long_at(p[0].word), p[0].column, false);
 }
 
 int fn_int_handler(Item* p, int) {
     const int k = numeric_parameter(p[0]);
     if (k < 0) return k;
     if (k == kind_double) return double_result(std::floor(p[0].number));
-    return long_integer_part(p[0], true);
+    return long_integer_part(long_at(p[0].word), p[0].column, true);
 }
 
 int fn_sqr_handler(Item* p, int) {
@@ -99,10 +121,19 @@ int fn_sqr_handler(Item* p, int) {
         if (p[0].number < 0.0) return fail_at(err_cannot_take_square_root_negative, p[0]);
         return double_result(std::sqrt(p[0].number));
     }
-    const int r = long_argument_check(p[0]);
-    if (r < 0) return r;
-    // TODO(long elementary functions): the long square root.
-    return fail_at(err_invalid_function_call, p[0]);
+    if (long_at(p[0].word).sgn == -1 && !long_is_zero(long_at(p[0].word)))
+        return fail_at(err_cannot_take_square_root_negative, p[0]);
+    int r = long_argument_check(p[0]);
+    if (r >= 0) r = long_sqrt(long_at(p[0].word), long_state.work);
+    return r < 0 ? r : long_result();
+}
+
+int fn_cint_handler(Item* p, int) {
+    const int k = numeric_parameter(p[0]);
+    if (k < 0) return k;
+    if (k == kind_long) return long_round_half_away(p[0]);
+    const double x = p[0].number;
+    return double_result(std::trunc(x >= 0.0 ? x + 0.5 : x - 0.5));
 }
 
 int fn_long_handler(Item* p, int) {

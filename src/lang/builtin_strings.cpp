@@ -1,10 +1,11 @@
-// builtin_strings.cpp — the string builtin functions written so far:
-// chr$, left$, right$, mid$, len, asc and val.
+// builtin_strings.cpp — the string builtin functions: chr$, left$, right$,
+// mid$, len, asc, val, str$, string$, space$, instr, tolower$ and toupper$.
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 
 #include "exec/memory_areas.h"
+#include "exec/number_format.h"
 #include "exec/string_space.h"
 #include "lang/builtin_support.h"
 #include "lang/error_reporter.h"
@@ -13,6 +14,8 @@
 #include "lang/number_text.h"
 #include "lang/numeric_operands.h"
 #include "lang/scanner.h"
+#include "longmath/long_convert.h"
+#include "longmath/long_space.h"
 
 namespace tl {
 namespace {
@@ -23,6 +26,54 @@ int whole_parameter(Item& p, double& out) {
     if (r < 0) return r;
     out = std::trunc(out);
     return 0;
+}
+
+/// A count or character code that must lie in 0..255 (68 otherwise).
+int byte_parameter(Item& p, double& out) {
+    const int r = whole_parameter(p, out);
+    if (r < 0) return r;
+    if (!(out >= 0.0 && out <= 255.0)) return fail_at(err_parameter_out_range, p);
+    return 0;
+}
+
+int fill_result(char c, double count) {
+    char text[max_string_length];
+    const auto n = static_cast<std::size_t>(count);
+    std::memset(text, c, n);
+    return text_result(text, n);
+}
+
+bool is_max_format(const char* format) {
+    const char* max = "max";
+    for (; *format != 0 && *max != 0; ++format, ++max) {
+        char c = *format;
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        if (c != *max) return false;
+    }
+    return *format == 0 && *max == 0;
+}
+
+/// A long number under an explicit format: "w", "w.d" (or the same written
+/// as a C conversion, "%w.df") go to the long formatter.
+int long_text_result(const LongNumber& n, const char* format, const Item& at) {
+    char text[1024];
+    lang.reporter.error_column = at.column;
+    int length = 0;
+    if (format == nullptr) {
+        length = long_to_string(n, text, sizeof text, false);
+        if (length < 0) return fail_at(err_long_output_too_long_string, at);
+    } else {
+        char spec[32];
+        const char* f = format[0] == '%' ? format + 1 : format;
+        copy_text(spec, sizeof spec, f);
+        const std::size_t sl = std::strlen(spec);
+        if (sl > 0 && (spec[sl - 1] == 'f' || spec[sl - 1] == 'F' || spec[sl - 1] == 'g' || spec[sl - 1] == 'G'))
+            spec[sl - 1] = 0;
+        length = long_format(n, spec, text, sizeof text, true);
+        if (length < 0) return length;
+    }
+    if (static_cast<std::size_t>(length) > max_string_length) return fail_at(err_long_output_too_long_string, at);
+    return text_result(text, static_cast<std::size_t>(length));
 }
 
 }  // namespace
@@ -117,5 +168,83 @@ int fn_val_handler(Item* p, int) {
     (void)text_result(number, std::strlen(number));  // too many digits for a double: the long-number form
     return kind_numeric_text;
 }
+
+int fn_str_handler(Item* p, int count) {
+    const int k = numeric_parameter(p[0]);
+    if (k < 0) return k;
+    const char* format = nullptr;
+    if (count == 2) {
+        const int r = string_parameter(p[1], format);
+        if (r < 0) return r;
+        if (is_max_format(format)) format = "%23.18g";
+    }
+    if (k == kind_long) return long_text_result(long_at(p[0].word), format, p[0]);
+    if (format == nullptr) format = lang.predefined[pre_defaultprintformat].text.data();
+    char text[number_text_size];
+    const int n = format_number(format, p[0].number, text, sizeof text);
+    if (n < 0) return fail_at(err_invalid_format_string_print_using, count == 2 ? p[1] : p[0]);
+    return text_result(text, static_cast<std::size_t>(n));
+}
+
+int fn_string_handler(Item* p, int) {
+    double count = 0.0;
+    int r = byte_parameter(p[0], count);
+    if (r < 0) return r;
+    if (p[1].kind == kind_string) {
+        const char* s = item_text(p[1]);
+        if (s[0] == 0) return fail_at(err_parameter_out_range, p[1]);
+        return fill_result(s[0], count);
+    }
+    double code = 0.0;
+    r = byte_parameter(p[1], code);
+    if (r < 0) return r;
+    return fill_result(static_cast<char>(static_cast<unsigned char>(code)), count);
+}
+
+int fn_space_handler(Item* p, int) {
+    double count = 0.0;
+    const int r = byte_parameter(p[0], count);
+    return r < 0 ? r : fill_result(' ', count);
+}
+
+int fn_instr_handler(Item* p, int count) {
+    double start = 1.0;
+    int r = 0;
+    if (count == 3) r = whole_parameter(p[0], start);
+    const char* s = nullptr;
+    const char* t = nullptr;
+    if (r >= 0) r = string_parameter(p[count - 2], s);
+    if (r >= 0) r = string_parameter(p[count - 1], t);
+    if (r < 0) return r;
+    const std::size_t ls = std::strlen(s);
+    const std::size_t lt = std::strlen(t);
+    if (start < 1.0 || start > static_cast<double>(ls) || ls == 0) return double_result(0.0);
+    const auto from = static_cast<std::size_t>(start) - 1;
+    if (lt > ls - from) return double_result(0.0);
+    for (std::size_t i = from; i + lt <= ls; ++i) {
+        if (std::memcmp(s + i, t, lt) == 0) return double_result(static_cast<double>(i + 1));
+    }
+    return double_result(0.0);
+}
+
+namespace {
+
+int change_case(Item& p, char from, char to) {
+    const char* s = nullptr;
+    const int r = string_parameter(p, s);
+    if (r < 0) return r;
+    const std::size_t n = std::strlen(s);
+    char text[max_string_length + 1];
+    for (std::size_t i = 0; i < n && i < max_string_length; ++i) {
+        const char c = s[i];
+        text[i] = c >= from && c <= static_cast<char>(from + 25) ? static_cast<char>(c - from + to) : c;
+    }
+    return text_result(text, n < max_string_length ? n : max_string_length);
+}
+
+}  // namespace
+
+int fn_tolower_handler(Item* p, int) { return change_case(p[0], 'A', 'a'); }
+int fn_toupper_handler(Item* p, int) { return change_case(p[0], 'a', 'A'); }
 
 }  // namespace tl

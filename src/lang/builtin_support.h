@@ -31,7 +31,11 @@ using BuiltinHandler = int (*)(Item* params, int count);
 /// The long number in long_state.work is the result.
 [[nodiscard]] int long_result();
 
-// Handlers, by table (builtin_numeric.cpp, builtin_strings.cpp).
+/// Sine and cosine of `x` in the current angle unit (builtin_math.cpp).
+void sine_cosine(double x, double& s, double& c);
+
+// Handlers, by file: builtin_numeric.cpp, builtin_math.cpp,
+// builtin_strings.cpp, builtin_hex.cpp, builtin_io_checks.cpp.
 int fn_abs_handler(Item* p, int count);
 int fn_sgn_handler(Item* p, int count);
 int fn_fix_handler(Item* p, int count);
@@ -47,6 +51,53 @@ int fn_mid_handler(Item* p, int count);
 int fn_len_handler(Item* p, int count);
 int fn_asc_handler(Item* p, int count);
 int fn_val_handler(Item* p, int count);
+int fn_cint_handler(Item* p, int count);
+int fn_atn_handler(Item* p, int count);
+int fn_acot_handler(Item* p, int count);
+int fn_sin_handler(Item* p, int count);
+int fn_cos_handler(Item* p, int count);
+int fn_tan_handler(Item* p, int count);
+int fn_cot_handler(Item* p, int count);
+int fn_exp_handler(Item* p, int count);
+int fn_exp10_handler(Item* p, int count);
+int fn_log_handler(Item* p, int count);
+int fn_log10_handler(Item* p, int count);
+int fn_root_handler(Item* p, int count);
+int fn_half_handler(Item* p, int count);
+int fn_factorial_handler(Item* p, int count);
+int fn_exponent_handler(Item* p, int count);
+int fn_rnd_handler(Item* p, int count);
+int fn_mod_handler(Item* p, int count);
+int fn_setcolor_handler(Item* p, int count);
+int fn_str_handler(Item* p, int count);
+int fn_string_handler(Item* p, int count);
+int fn_space_handler(Item* p, int count);
+int fn_instr_handler(Item* p, int count);
+int fn_tolower_handler(Item* p, int count);
+int fn_toupper_handler(Item* p, int count);
+int fn_hex_handler(Item* p, int count);
 int fn_hexconvert_handler(Item* p, int count);  // builtin_hexconvert.cpp
+int fn_eof_handler(Item* p, int count);
+int fn_file_read_handler(Item* p, int count);
+int fn_filesize_handler(Item* p, int count);
+int fn_open_handler(Item* p, int count);
+int fn_browse_handler(Item* p, int count);
+int fn_select_handler(Item* p, int count);
+int fn_messagebox_handler(Item* p, int count);
+
+// Special functions (builtin_special.cpp).
+int special_longpi();
+int special_longe();
+int special_remainder();
+int special_cossame();
+int special_checkdegrees();
+int special_starttimer();
+int special_endtimer();
+int special_matherror();
+int special_workingdir();
+int special_programdir();
+int special_checkmouseclick();
+int special_inkey();
+int special_choosefont();
 
 }  // namespace tl

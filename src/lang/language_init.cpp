@@ -15,6 +15,7 @@ int init_language_tables(const SizingValues& sizes) {
     // The keyword tables are compile-time constants (keyword_tables.cpp).
     fill_predefined_variables(lang.predefined);
     lang.start_time = std::chrono::steady_clock::now();
+    lang.stopwatch_start = lang.start_time;
     return init_memory_areas(sizes);
 }
 

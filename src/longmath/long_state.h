@@ -67,6 +67,8 @@ struct LongState {
     std::vector<std::uint64_t> product_columns;
     std::vector<std::uint32_t> division_rest;
     std::vector<std::uint32_t> division_divisor;
+    /// Argument of the last long sin() call (the special function "cossame").
+    LongNumber last_sine_argument;
     /// Result of an operation whose target is also one of its operands.
     LongNumber alias_result;
 

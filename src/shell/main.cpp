@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "exec/front_end.h"
+#include "exec/memory_areas.h"
 #include "lang/language_init.h"
 #include "shell/command_line.h"
 #include "shell/console_session.h"
@@ -42,6 +43,8 @@ int run_session(const std::string& program_file) {
     tl::host.front_end = &s.terminal;
 
     if (tl::init_language_tables(s.settings.sizes) < 0) return 1;
+    std::snprintf(tl::host.program_folder, sizeof tl::host.program_folder, "%s%s", s.program_folder.c_str(),
+                  s.program_folder.ends_with('/') ? "" : "/");
 
     s.working_folder = choose_working_folder(s.settings, user_documents_folder(), s.program_folder);
     if (!enter_working_folder(s.working_folder))
