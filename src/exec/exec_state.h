@@ -98,6 +98,10 @@ struct ExecState {
     LongNumber return_long;
     /// Text of a long number being printed (grown as needed, then reused).
     std::vector<char> long_text;
+    /// READ position in the Data Statement Table: the entry, and the offset
+    /// of the next item in its data list (-1 once the list is used up).
+    std::uint32_t data_entry = 0;
+    std::int32_t data_offset = 0;
 };
 
 extern ExecState exec;

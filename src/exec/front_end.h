@@ -70,6 +70,8 @@ struct HostState {
     /// Open log file that receives a copy of every console line, or null.
     std::FILE* log = nullptr;
     RunFlags flags;
+    /// The last line typed for INPUT or LINE INPUT (kept so its storage is reused).
+    std::string input_line;
 };
 
 extern HostState host;
