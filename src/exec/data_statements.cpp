@@ -87,13 +87,32 @@ int read_into(const VariableTarget& target) {
     return target.type == kind_string ? store_text(target, text) : store_number_text(target, text);
 }
 
+/// The end of a data list: the statement's end, or a "//" comment outside quotes.
+const char* list_end(const char* p, const char* end) {
+    bool quoted = false;
+    for (; p < end; ++p) {
+        if (quoted) {
+            if (*p == '\\' && p + 1 < end) {
+                ++p;
+            } else if (*p == '"') {
+                quoted = false;
+            }
+        } else if (*p == '"') {
+            quoted = true;
+        } else if (*p == '/' && p + 1 < end && p[1] == '/') {
+            return p;
+        }
+    }
+    return end;
+}
+
 }  // namespace
 
 int do_data() {
+    if (exec.running_command_line) return error_at_column(err_statement_not_valid_command_line, 0);
     const char* data_start = lang.scan.position;
     skip_statement_text();
     if (!exec.check_mode) return 0;
-    if (exec.running_command_line) return error_at_column(err_statement_not_valid_command_line, 0);
     if (areas.data_statement_count > areas.sizes[size_number_of_data_statements])
         return error_at_column(err_too_many_data_statements, 0);
     if (areas.data_statement_count == 0) restore_to_entry(0);
@@ -106,7 +125,7 @@ int do_data() {
     e.number = first_on_line ? exec.statement_number : 0;
     e.program_offset = exec.position.line_offset;
     e.data_offset = static_cast<std::uint32_t>(data_start - exec.current_line->text);
-    e.data_length = static_cast<std::uint32_t>(lang.scan.position - data_start);
+    e.data_length = static_cast<std::uint32_t>(list_end(data_start, lang.scan.position) - data_start);
     ++areas.data_statement_count;
     return 0;
 }

@@ -141,7 +141,8 @@ int input_statement(bool line_input) {
         if (int rc = scan_target(t, not_variable); rc < 0) return rc;
         if (line_input && t.type != kind_string) return error_at_column(not_variable, t.column);
         ++count;
-        const int more = line_input ? (at_statement_end() ? 0 : error_at_column(err_missing_comma, scan_column()))
+        // LINE INPUT fills exactly one variable.
+        const int more = line_input ? (at_statement_end() ? 0 : error_at_column(err_too_many_parameters, scan_column()))
                                     : next_target_separator();
         if (more < 0) return more;
         if (more == 0) break;

@@ -117,7 +117,9 @@ void print_reserved() {
 
 /// One item of DEBUGPRINT: a variable, an array element, a predefined
 /// variable or an argument of the user-defined function being evaluated.
-int debugprint_item() {
+/// Returns the kind of its value, which is left where get_item leaves it,
+/// and its name in `name`.
+int debugprint_item(char (&name)[name_buffer_size]) {
     ScanState& s = lang.scan;
     skip_blanks();
     const int column = scan_column();
@@ -134,14 +136,8 @@ int debugprint_item() {
     if (k == kind_argument) k = static_cast<int>(s.call.arguments[item.word].kind);
     if (k != kind_double && k != kind_string && k != kind_long && k != kind_numeric_text)
         return error_at_column(err_string_numeric_variable, column);
-    if (exec.skip) return 0;
-    char name[name_buffer_size];
     copy_text(name, sizeof name, s.name);
-    switch (k) {
-        case kind_double: show_double(name, s.result); return 0;
-        case kind_long: return show_long(name, long_state.work);
-        default: show_text(name, s.buffer); return 0;
-    }
+    return k;
 }
 
 /// A number of the MID$ parameter list; the list goes on when the
@@ -193,10 +189,11 @@ int do_mid_statement() {
     if (!consume(',')) return error_at_column(err_mids_not_enough_parameters, scan_column());
     const int start_column = scan_column();
     double start = 0;
-    double length = -1;
+    double length = 0;
     bool more = false;
     if (int rc = mid_parameter(start, more); rc < 0) return rc;
     int length_column = start_column;
+    const bool has_length = more;
     if (more) {
         length_column = scan_column();
         if (int rc = mid_parameter(length, more); rc < 0) return rc;
@@ -212,7 +209,6 @@ int do_mid_statement() {
     copy_text(text, sizeof text, string_at(*target.word));
     const double old_length = static_cast<double>(std::strlen(text));
     if (!(start >= 1.0 && start <= old_length)) return error_at_column(err_mids_invalid_start_position, start_column);
-    const bool has_length = length != -1;
     if (has_length && !(length >= 0.0)) return error_at_column(err_mids_invalid_length, length_column);
     const std::size_t from = static_cast<std::size_t>(start) - 1;
     std::size_t n = std::strlen(lang.scan.buffer);
@@ -241,9 +237,22 @@ int do_lset_rset(bool right) {
 
 int do_debugprint() {
     for (;;) {
-        if (int rc = debugprint_item(); rc < 0) return rc;
+        char name[name_buffer_size];
+        const int kind = debugprint_item(name);
+        if (kind < 0) return kind;
+        // The list is checked up to the next item before anything is shown.
         const int more = next_target_separator();
-        if (more <= 0) return more;
+        if (more < 0) return more;
+        if (!exec.skip) {
+            switch (kind) {
+                case kind_double: show_double(name, lang.scan.result); break;
+                case kind_long:
+                    if (int rc = show_long(name, long_state.work); rc < 0) return rc;
+                    break;
+                default: show_text(name, lang.scan.buffer); break;
+            }
+        }
+        if (more == 0) return 0;
     }
 }
 
@@ -252,10 +261,12 @@ int do_printall() {
     char which[20] = {};
     if (!at_statement_end()) {
         const int column = scan_column();
+        const std::uint32_t mark = temp_string_mark();
         const int kind = evaluate_expression(0);
         if (kind < 0) return kind;
         if (kind != kind_string) return error_at_column(err_invalid_parameter_printall, column);
         copy_text(which, sizeof which, lang.scan.buffer);
+        release_temp_strings(mark);  // the memory report shows the space as between statements
         for (char& c : which)
             if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
         if (std::strcmp(which, "variables") != 0 && std::strcmp(which, "arrays") != 0 &&
