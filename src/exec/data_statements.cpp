@@ -109,7 +109,7 @@ const char* list_end(const char* p, const char* end) {
 }  // namespace
 
 int do_data() {
-    if (exec.running_command_line) return error_at_column(err_statement_not_valid_command_line, 0);
+    if (typed_at_prompt()) return error_at_column(err_statement_not_valid_command_line, 0);
     const char* data_start = lang.scan.position;
     skip_statement_text();
     if (!exec.check_mode) return 0;

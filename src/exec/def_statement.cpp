@@ -14,6 +14,7 @@
 #include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
 #include "exec/memory_areas.h"
+#include "exec/statement_targets.h"
 #include "exec/statements.h"
 #include "exec/string_space.h"
 #include "exec/variables.h"
@@ -193,8 +194,7 @@ int register_definition(const char* name, int name_column, const char (&names)[m
 int do_def() {
     ScanState& s = lang.scan;
     if (match_word("end")) return do_def_end();
-    if (exec.running_command_line && !exec.check_mode)
-        return error_at_column(err_statement_not_valid_command_line, 0);
+    if (typed_at_prompt()) return error_at_column(err_statement_not_valid_command_line, 0);
     skip_blanks();
     const int name_column = scan_column();
     Item item;

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "exec/commands.h"
+#include "exec/exec_state.h"
 #include "exec/memory_areas.h"
 #include "exec/statements.h"
 #include "exec/string_space.h"
@@ -154,6 +155,10 @@ int store_text(const VariableTarget& t, std::string_view text) {
     lang.reporter.error_column = t.column;
     const int rc = store_string(t.word, text, store_assign);
     return rc < 0 ? rc : 0;
+}
+
+bool typed_at_prompt() {
+    return exec.running_command_line && !exec.check_mode && exec.position.line_offset >= exec.command_line_offset;
 }
 
 bool only_blanks(const char* pos, const char* end) {

@@ -64,6 +64,10 @@ struct ValueItem {
 [[nodiscard]] int read_value_item(const char* list, const char* end, const char*& pos, ValueItem& item,
                                   bool& more, int& error_at);
 
+/// True when the statement being executed is on the line typed at the
+/// prompt (not in the program that a typed GOTO or GOSUB went into).
+[[nodiscard]] bool typed_at_prompt();
+
 /// True when nothing but blanks is left in [pos, end).
 [[nodiscard]] bool only_blanks(const char* pos, const char* end);
 

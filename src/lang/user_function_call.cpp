@@ -168,7 +168,7 @@ int run_body(const UserFunction& f) {
         case kind_long: long_copy(exec.return_long, long_state.work); break;
         default: break;
     }
-    return check_result(f, kind, lang.reporter.error_column);
+    return kind;  // checked against the name by the caller, on the calling line
 }
 
 }  // namespace
@@ -194,9 +194,10 @@ int fn_user_function_handler(Item* params, int count) {
     s.in_print = false;
     s.skipping = false;
     ++t.call_depth;
-    const int kind = f.multi_line ? run_body(f) : evaluate_one_line(f);
+    int kind = f.multi_line ? run_body(f) : evaluate_one_line(f);
     --t.call_depth;
     caller.restore();
+    if (kind >= 0 && f.multi_line) kind = check_result(f, kind, caller.error_column);
     if (kind >= 0) return kind;
     // The fault was reported where it happened; the outermost call adds
     // that the function failed, pointing at the call.

@@ -8,3 +8,9 @@ def end
 def oops(d) = 10 / d
 def deeper(d) = 1 + oops(d)
 print area(2, 3); name$("ok")
+def bad$(x)
+  return x
+def end
+def num(x$)
+  return x$
+def end
