@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "exec/front_end.h"
+#include "exec/memory_areas.h"
 #include "lang/language_init.h"
 #include "shell/command_line.h"
 #include "shell/console_session.h"
@@ -58,6 +59,7 @@ int run_session(const std::string& program_file) {
 
     if (!save_settings(s.settings)) std::fprintf(stderr, "The settings could not be saved.\n");
     close_log_file();
+    tl::clear_memory();  // array elements are separate blocks: give them back before exit
     tl::host.front_end = nullptr;
     return program_ok ? 0 : 1;
 }
