@@ -108,6 +108,10 @@ struct ExecState {
     std::vector<char> long_operand_text;
     /// The SORT in progress.
     SortContext sort;
+    /// READ position in the Data Statement Table: the entry, and the offset
+    /// of the next item in its data list (-1 once the list is used up).
+    std::uint32_t data_entry = 0;
+    std::int32_t data_offset = 0;
 };
 
 extern ExecState exec;

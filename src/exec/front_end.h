@@ -73,6 +73,8 @@ struct HostState {
     /// The folder that holds the interpreter itself, with its trailing
     /// separator (the special function "programdir$"); set by the shell.
     char program_folder[261] = {};
+    /// The last line typed for INPUT or LINE INPUT (kept so its storage is reused).
+    std::string input_line;
 };
 
 extern HostState host;

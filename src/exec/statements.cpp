@@ -5,6 +5,7 @@
 
 #include "exec/arrays.h"
 #include "exec/commands.h"
+#include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
 #include "exec/longmath_statement.h"
@@ -36,28 +37,6 @@ int not_yet_available() {
 
 int do_rem() {
     lang.scan.position = lang.scan.end;
-    return 0;
-}
-
-/// DATA: recorded by the check pass, passed over at run time.
-int do_data() {
-    const char* data_start = lang.scan.position;
-    skip_statement_text();
-    if (!exec.check_mode) return 0;
-    if (exec.running_command_line) return error_at_column(err_statement_not_valid_command_line, 0);
-    if (areas.data_statement_count > areas.sizes[size_number_of_data_statements])
-        return error_at_column(err_too_many_data_statements, 0);
-    DataStatementEntry& e = areas.data_statements[areas.data_statement_count];
-    // The first DATA of a numbered line carries the number.
-    bool first_on_line = true;
-    for (std::uint32_t i = 0; i < areas.data_statement_count; ++i) {
-        if (areas.data_statements[i].program_offset == exec.position.line_offset) first_on_line = false;
-    }
-    e.number = first_on_line ? exec.statement_number : 0;
-    e.program_offset = exec.position.line_offset;
-    e.data_offset = static_cast<std::uint32_t>(data_start - exec.current_line->text);
-    e.data_length = static_cast<std::uint32_t>(lang.scan.position - data_start);
-    ++areas.data_statement_count;
     return 0;
 }
 
@@ -117,26 +96,6 @@ int do_erase() {
         }
         return 0;
     }
-}
-
-/// PRINTALL ["variables" | "arrays" | "memory" | "reserved"]
-int do_printall() {
-    char which[20] = {};
-    if (!at_statement_end()) {
-        const int column = scan_column();
-        const int kind = evaluate_expression(0);
-        if (kind < 0) return kind;
-        if (kind != kind_string) return error_at_column(err_invalid_parameter_printall, column);
-        copy_text(which, sizeof which, lang.scan.buffer);
-        for (char& c : which)
-            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-        if (std::strcmp(which, "variables") != 0 && std::strcmp(which, "arrays") != 0 &&
-            std::strcmp(which, "memory") != 0 && std::strcmp(which, "reserved") != 0)
-            return error_at_column(err_invalid_parameter_printall, column);
-    }
-    if (exec.skip) return 0;
-    if (which[0] == 0 || std::strcmp(which, "memory") == 0) print_memory_report();
-    return 0;
 }
 
 /// APPEND and INCLUDE: performed by the check pass only.
@@ -229,12 +188,23 @@ int do_keyword_statement(int slot) {
         case stmt_using: return error_at_column(err_using_only_valid_print_statement, 0);
         case stmt_to:
         case stmt_step: return error_at_column(err_invalid_statement, 0);
-        case stmt_line:
-            if (exec.skip) {
-                skip_statement_text();
-                return 0;
-            }
-            return error_at_column(err_invalid_statement, 0);
+        case stmt_line: return do_line_input();
+        case stmt_def: return do_def();
+        case stmt_input: return do_input();
+        case stmt_read: return do_read();
+        case stmt_restore: return do_restore();
+        case stmt_beep: return do_beep();
+        case stmt_cls: return do_cls();
+        case stmt_color: return do_color();
+        case stmt_delay: return do_delay();
+        case stmt_chdir: return do_chdir();
+        case stmt_spawn: return do_spawn();
+        case stmt_help: return do_help();
+        case stmt_swap: return do_swap();
+        case stmt_mid_s: return do_mid_statement();
+        case stmt_lset: return do_lset_rset(false);
+        case stmt_rset: return do_lset_rset(true);
+        case stmt_debugprint: return do_debugprint();
         default: return not_yet_available();
     }
 }

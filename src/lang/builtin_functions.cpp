@@ -10,6 +10,7 @@
 #include "lang/lang_state.h"
 #include "lang/numeric_operands.h"
 #include "lang/scanner.h"
+#include "lang/user_function_call.h"
 #include "longmath/long_convert.h"
 #include "longmath/long_space.h"
 #include "longmath/long_state.h"
@@ -71,7 +72,7 @@ constexpr FunctionEntry functions[fn_count] = {
     {1, 1, N, fn_acot_handler},  // 38 acot
     {2, 2, N, fn_root_handler},  // 39 root
     {1, 1, N, fn_tan_handler},  // 40 tan
-    {0, 7, N, nullptr},           // 41 call of a user-defined function
+    {0, 7, N, fn_user_function_handler},  // 41 call of a user-defined function
     {1, 1, S, fn_hexconvert_handler},  // 42 hexconvert
     {1, 1, S, fn_browse_handler},  // 43 browseinputfile$
     {1, 1, S, fn_browse_handler},  // 44 browseoutputfile$
@@ -176,11 +177,12 @@ int do_function(int slot, Item* params, int count, bool has_list) {
         return report_error(err_missing_parameter_list_function_subscripts);
     if (slot < 0 || slot >= fn_count) return -1;
     const FunctionEntry& f = functions[slot];
-    if (lang.scan.defining_function) return dummy_result(f.result_kind);
+    const int dummy_kind = slot == fn_placeholder_41 ? user_function_result_kind() : f.result_kind;
+    if (lang.scan.defining_function) return dummy_result(dummy_kind);
     if (count < f.min_params || count > f.max_params) return report_error(err_incorrect_number_parameters);
     // Passing over a statement: the call is checked, not made (no domain
     // errors from stale values, no effects such as random draws or input).
-    if (lang.scan.skipping) return dummy_result(f.result_kind);
+    if (lang.scan.skipping) return dummy_result(dummy_kind);
     if (f.handler == nullptr) return report_error(err_invalid_function_call);
     return f.handler(params, count);
 }

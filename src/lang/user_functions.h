@@ -22,11 +22,23 @@ struct UserFunction {
     /// statement that holds it (for error echoes during a call).
     std::uint32_t body_offset = 0;
     std::uint32_t statement_offset = 0;
+    /// A body of program lines ("DEF name(args)" ... "DEF END") instead of
+    /// one expression: `body_offset` is then the line after the header and
+    /// `end_offset` the line after "DEF END" (0 until the check pass reaches it).
+    bool multi_line = false;
+    std::uint32_t end_offset = 0;
 };
+
+/// Calls of user-defined functions may nest this deep.
+inline constexpr int max_function_nesting = 199;
 
 struct UserFunctionTable {
     std::array<UserFunction, max_user_functions> entries{};
     int count = 0;
+    /// Calls in progress (nested through their arguments and bodies).
+    int call_depth = 0;
+    /// The multi-line definition whose body the check pass is in, or -1.
+    int open_definition = -1;
 };
 
 /// Index of the definition named `name` (letter case ignored), or -1.

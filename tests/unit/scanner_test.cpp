@@ -285,8 +285,8 @@ TEST_F(Scanner, UserFunctionHooks) {
     EXPECT_EQ(item.word, static_cast<std::uint32_t>(fn_placeholder_41));
     EXPECT_EQ(scan("area", item, scan_name_only), scan_name);
     fe.take();
-    EXPECT_EQ(scan("area(1)", item), -err_pass_do_function);  // calls are not written yet
-    EXPECT_NE(fe.take().find("ERROR - Invalid function call."), std::string::npos);
+    EXPECT_EQ(scan("area(1)", item), -err_pass_do_function);  // the call checks its arguments
+    EXPECT_NE(fe.take().find("ERROR - Incorrect number of parameters."), std::string::npos);
 
     lang.scan.defining_function = true;  // checking a definition: names are dummies
     EXPECT_EQ(scan("a", item), kind_double);

@@ -1,0 +1,2 @@
+def f(x) = x
+def F(y) = y + 1

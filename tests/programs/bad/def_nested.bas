@@ -1,0 +1,4 @@
+def f(x)
+  def g(y) = y
+  return x
+def end
