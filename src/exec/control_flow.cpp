@@ -14,6 +14,7 @@
 #include "exec/program_store.h"
 #include "exec/run_loop.h"
 #include "exec/statements.h"
+#include "exec/string_space.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "lang/evaluator.h"
@@ -492,6 +493,10 @@ int do_while() {
     const char* const condition_start = lang.scan.position;
     const std::uint32_t statement_offset = static_cast<std::uint32_t>(lang.scan.start - exec.current_line->text);
 
+    // The condition's temporaries are given back after each test, or a long
+    // loop would fill the temporary spaces.
+    const std::uint32_t string_mark = temp_string_mark();
+    const std::uint32_t long_mark = temp_long_mark();
     int result = 0;
     for (;;) {
         lang.scan.position = condition_start;
@@ -502,6 +507,8 @@ int do_while() {
             break;
         }
         const bool condition = condition_value(kind);
+        release_temp_strings(string_mark);
+        release_temp_longs(long_mark);
         if (display_on() && !exec.skip)
             console_write(condition ? "WHILE condition is TRUE\n" : "WHILE condition is FALSE\n");
         set_skip(!condition);

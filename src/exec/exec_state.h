@@ -95,6 +95,9 @@ struct ExecState {
     bool program_replaced = false;
     /// The last run or load from the command line ended with an error.
     bool last_run_failed = false;
+    /// Statements left before the run is ended as if interrupted; 0 means
+    /// no limit. Hosts that must not wait forever (the fuzzer) set it.
+    std::uint64_t statement_budget = 0;
     /// Lowest stack address the interpreter may use (0 until learned).
     std::uintptr_t stack_limit = 0;
     /// The text of a string RETURN value, and a long one.

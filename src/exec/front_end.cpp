@@ -10,11 +10,12 @@ HostState host;
 
 void console_write(std::string_view text) {
     if (text.empty()) return;
-    if (host.front_end != nullptr) host.front_end->write(text);
+    // The log first: a process killed in between has logged all it showed.
     if (host.log != nullptr) {
         std::fwrite(text.data(), 1, text.size(), host.log);
         std::fflush(host.log);
     }
+    if (host.front_end != nullptr) host.front_end->write(text);
 }
 
 void pump_events() {

@@ -1,6 +1,7 @@
 // program_store.cpp — reading program files into the Program Buffer and walking its lines.
 #include "exec/program_store.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -59,7 +60,7 @@ int read_program_file(const std::string& path, ReadMode mode, std::uint32_t inse
 
     if (mode == read_load) {
         if (file.size() >= size - 1) return report_error(err_program_too_large_buffer);
-        std::memcpy(text, file.data(), file.size());
+        std::copy(file.begin(), file.end(), text);  // an empty file has no data pointer
         areas.program_length = static_cast<std::uint32_t>(file.size());
         text[areas.program_length] = 0;
         return 0;
@@ -82,7 +83,7 @@ int read_program_file(const std::string& path, ReadMode mode, std::uint32_t inse
         joined.insert(joined.end(), text + cut, text + old_length);
     }
     if (joined.size() >= size - 1) return report_error(err_program_too_large_buffer);
-    std::memcpy(text, joined.data(), joined.size());
+    std::copy(joined.begin(), joined.end(), text);
     areas.program_length = static_cast<std::uint32_t>(joined.size());
     text[areas.program_length] = 0;
     return 0;

@@ -65,6 +65,7 @@ void show_statement() {
 /// Waits in step mode and handles interruption and pending commands. Returns
 /// 0 when the statement may run, or a negated error.
 int housekeeping() {
+    if (exec.statement_budget != 0 && --exec.statement_budget == 0) host.flags.interrupt_requested = true;
     for (;;) {
         pump_events();
         if (host.flags.interrupt_requested.load()) {

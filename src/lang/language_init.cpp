@@ -1,6 +1,7 @@
 // language_init.cpp — start-up order of the tables and areas, and the global reset.
 #include "lang/language_init.h"
 
+#include "exec/exec_state.h"
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
 #include "lang/lang_state.h"
@@ -24,6 +25,8 @@ void reset_interpreter_state() {
     areas = MemoryAreas{};
     lang = LangState{};
     long_state = LongState{};
+    exec = ExecState{};
+    host.input_line.clear();
     host.flags.interrupt_requested = false;
     host.flags.step_requested = false;
     host.flags.step_mode = false;

@@ -2,6 +2,7 @@
 #include "shell/settings.h"
 
 #include <random>
+#include <vector>
 
 #include "shell_test_support.h"
 
@@ -108,6 +109,39 @@ TEST_F(SettingsTest, GarbageFileKeepsEveryDefault) {
         if (round % 2 == 1) junk = "[Settings]\nStringSpace=2000\n" + junk;
         write_file(ini, junk);
         expect_all_defaults(load_settings(ini));
+    }
+}
+
+TEST_F(SettingsTest, HostileValuesForEveryKnownNameAreClampedOrIgnored) {
+    // Values the INI reader treats specially (variants, escapes, lists, quotes),
+    // huge numbers and huge texts: nothing may crash, and every value read
+    // stays within its limits.
+    const std::vector<std::string> values = {
+        "@Variant(\\0\\0\\0\\x7f\\xff\\xff)", "@ByteArray(\\xff\\xfe)", "@Rect(1 2 3)", "@Size(", "@",
+        "\"unterminated", "\\x", "\\u12", "a, b, c", "-1", "4294967296", "1e300", "0x7fffffff",
+        std::string(5000, '9'), std::string(70000, 'x'), "\x01\x02\x03", "=", "[Settings]"};
+    std::vector<std::string> names = {"LogFilePath",  "LogFileName",  "SrcPgmPath", "SrcPgmName", "JpegPath",
+                                      "JpegFile",     "WorkPath",     "CreateLogFile", "WorkingDir", "JPEGQuality",
+                                      "JPEGResolution", "RecentCommand0", "RecentLogFile9", "RecentWorkingDir5",
+                                      "RecentSourceProgram0"};
+    for (const SizingRecord& r : sizing_records) names.emplace_back(r.value_name);
+    for (std::size_t v = 0; v < values.size(); ++v) {
+        std::string text;
+        for (const std::string& name : names) text += name + "=" + values[(v + text.size()) % values.size()] + "\n";
+        const AppSettings s = load_with(text);
+        for (int i = 0; i < sizing_count; ++i) {
+            const SizingRecord& r = sizing_records[static_cast<std::size_t>(i)];
+            const std::uint32_t value = s.sizes.value[static_cast<std::size_t>(i)];
+            EXPECT_TRUE(value >= r.minimum && value <= r.maximum) << r.value_name << "=" << value;
+        }
+        EXPECT_LE(s.log_file_path.size(), 260U);
+        EXPECT_LE(s.work_path.size(), 260U);
+        EXPECT_GE(s.jpeg_quality, 25U);
+        EXPECT_LE(s.jpeg_quality, 100U);
+        EXPECT_GE(s.jpeg_resolution, 25U);
+        EXPECT_LE(s.jpeg_resolution, 600U);
+        EXPECT_EQ(s.recent_commands.entries.size(), 20U);
+        for (const std::string& e : s.recent_commands.entries) EXPECT_LE(e.size(), 255U);
     }
 }
 

@@ -1,0 +1,85 @@
+#!/usr/bin/env bash
+# Runs one fuzz target for a given time at the lowest priority.
+#
+# usage: fuzz/run.sh TARGET SECONDS [libFuzzer options...]
+#   TARGET: command_line | program | long_number
+#
+# Builds the targets with clang++ in build-fuzz (TESSALINE_FUZZ_BUILD overrides
+# the folder), seeds the corpus there on first use from the test programs,
+# the examples and fuzz/seeds, and keeps the corpus between runs. Findings go
+# to build-fuzz/artifacts/TARGET. Exit status 1 when the target found anything.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+target=${1:?usage: fuzz/run.sh TARGET SECONDS}
+seconds=${2:?usage: fuzz/run.sh TARGET SECONDS}
+shift 2
+case $target in
+  command_line|program|long_number) ;;
+  *) echo "unknown target '$target' (command_line, program, long_number)" >&2; exit 2 ;;
+esac
+build=${TESSALINE_FUZZ_BUILD:-$root/build-fuzz}
+binary=$build/${target}_fuzzer
+
+nice -n 10 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=None -DCMAKE_CXX_FLAGS="-O1 -gline-tables-only" \
+  -DCMAKE_CXX_COMPILER=clang++ -DTESSALINE_FUZZ=ON -DTESSALINE_TESTS=OFF -DTESSALINE_WERROR=ON >/dev/null
+nice -n 10 ninja -C "$build" -j2 "${target}_fuzzer" >/dev/null
+
+corpus=$build/corpus/$target
+artifacts=$build/artifacts/$target
+work=$build/work/$target
+mkdir -p "$corpus" "$artifacts" "$work"
+
+# Seeds: a file per test program or example (its standard input behind the
+# marker line), a file per distinct program line for the prompt, and the number texts.
+if [ -z "$(ls -A "$corpus")" ]; then
+  case $target in
+    program)
+      for bas in "$root"/tests/programs/*.bas "$root"/examples/*.bas; do
+        seed=$corpus/$(basename "$bas" .bas)
+        cp "$bas" "$seed"
+        if [ -f "${bas%.bas}.in" ]; then printf '\n#INPUT#\n' >>"$seed"; cat "${bas%.bas}.in" >>"$seed"; fi
+      done ;;
+    command_line)
+      cat "$root"/tests/programs/*.bas "$root"/examples/*.bas | tr -d '\r' | sed 's/^[0-9][0-9]* *//' |
+        grep -v '^[[:space:]]*$' | sort -u | head -n 3000 | {
+          n=0
+          while IFS= read -r line; do n=$((n + 1)); printf '%s\n' "$line" >"$corpus/line$n"; done
+        } ;;
+    long_number)
+      cp "$root"/fuzz/seeds/numbers/* "$corpus"/ ;;
+  esac
+fi
+
+# A dictionary of the keywords and function names for the interpreter targets.
+options=()
+if [ "$target" != long_number ]; then
+  dict=$build/basic.dict
+  grep -o '^ *"[a-z$][a-z0-9$_.]*",' "$root"/src/lang/keyword_tables.cpp | sed 's/^ *\("[^"]*"\),/\1/' |
+    sort -u >"$dict"
+  printf '"\\x0d\\x0a"\n"#INPUT#"\n":"\n"("\n")"\n"\\x22"\n' >>"$dict"
+  options+=("-dict=$dict")
+fi
+case $target in
+  command_line) options+=(-max_len=600) ;;
+  program) options+=(-max_len=16384) ;;
+  long_number) options+=(-max_len=8192) ;;
+esac
+
+# In its own folder: CHDIR, CHAIN and the program file stay there.
+cd "$work"
+status=0
+TMPDIR=$work ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+  nice -n 19 "$binary" -jobs=1 -workers=1 -max_total_time="$seconds" -timeout=20 -rss_limit_mb=3072 \
+  -artifact_prefix="$artifacts/" -print_final_stats=1 "${options[@]}" "$@" "$corpus" </dev/null \
+  >"$work/run.log" 2>&1 || status=$?
+log=$work/fuzz-0.log
+[ -f "$log" ] || log=$work/run.log
+grep -E '^#[0-9]+' "$log" | tail -n 1 || true
+grep -E 'stat::number_of_executed_units|stat::peak_rss_mb' "$log" || true
+rm -rf "$work"/tessaline-fuzz-*
+if [ "$status" -ne 0 ] || grep -qE 'ERROR: (libFuzzer|AddressSanitizer|UndefinedBehaviorSanitizer)|runtime error:' "$log"; then
+  echo "$target: FINDINGS (see $log and $artifacts)" >&2
+  grep -E 'ERROR:|runtime error:|long-number fault' -A12 "$log" | head -n 60 >&2 || true
+  exit 1
+fi
+echo "$target: no findings in ${seconds}s"
