@@ -26,6 +26,10 @@ exe=$(cd "$(dirname "$exe")" && pwd)/$(basename "$exe")  # the programs run in a
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+# A settings file of its own: the default string space (64 KB) cannot hold
+# the 100,000-digit results, and the user's settings stay untouched.
+mkdir -p "$work/config/Ostraval Software"
+printf '[Settings]\nStringSpace=4000000\n' >"$work/config/Ostraval Software/Tessaline.conf"
 
 # The first 15 significant digits of a result printed by one of the programs.
 leading_digits() {
@@ -72,7 +76,7 @@ dim r\$($(( n / 255 + 2 )))
 long r\$, $op
 print left\$(r\$(0), 20)
 BAS
-  (cd "$work" && timed "$exe" /c bench.bas </dev/null)
+  (cd "$work" && XDG_CONFIG_HOME="$work/config" timed "$exe" /c bench.bas </dev/null)
 }
 
 bc_run() {
