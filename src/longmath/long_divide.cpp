@@ -1,4 +1,4 @@
-// long_divide.cpp — long division by whole 8-digit quotient blocks.
+// long_divide.cpp — floating-point and integer division of long numbers.
 #include <algorithm>
 #include <cstring>
 
@@ -8,86 +8,16 @@
 #include "longmath/long_arith.h"
 #include "longmath/long_blocks.h"
 #include "longmath/long_convert.h"
+#include "longmath/long_divide_core.h"
 #include "longmath/long_state.h"
 #include "longmath/long_timing.h"
 
 namespace tl {
 namespace {
 
-constexpr std::uint32_t divide_poll_work = 1500000;
-
 std::uint32_t* grow(std::vector<std::uint32_t>& v, int blocks) {
     if (v.size() < static_cast<std::size_t>(blocks)) v.resize(static_cast<std::size_t>(blocks));
     return v.data();
-}
-
-/// True when x[0..n-1] < y[0..n-1].
-bool less_than(const std::uint32_t* x, const std::uint32_t* y, int n) {
-    for (int k = 0; k < n; ++k) {
-        if (x[k] != y[k]) return x[k] < y[k];
-    }
-    return false;
-}
-
-/// The long-division core: q[0..Q-1] = r / d, where r has n + Q - 1 blocks
-/// and d has n blocks with d[0] >= 10^7. The remainder is left in r. Each
-/// quotient block is guessed from the leading blocks; a guess that was too
-/// high is lowered by one (adding d back) until the rest is not negative, and
-/// a guess that was too low is followed by another guess at the same position.
-/// Returns 0 or the interruption check's negative code.
-int divide_blocks(std::uint32_t* r, const std::uint32_t* d, int n, std::uint32_t* q, int Q) {
-    // Trial quotients divide by d[0] + d[1] / 10^8 through this multiplier.
-    const std::uint64_t m = n >= 2 ? long_base - d[1] / d[0] : long_base;
-    const std::uint64_t d0 = d[0];
-    const std::int64_t base = long_base;
-    for (int i = 0; i < Q; ++i) {
-        std::uint32_t* span = r + i;
-        int subtractions = 0;
-        std::uint64_t t = i == 0 ? 0 : r[i - 1];
-        for (;;) {
-            if (t == 0 && less_than(span, d, n)) break;
-            std::uint64_t guess = (t * m + static_cast<std::uint64_t>(span[0]) * m / long_base) / d0;
-            if (guess == 0) guess = 1;
-
-            // span -= d * guess in one pass: each product's low part goes to
-            // its own block and its high part to the block above, so only a
-            // borrow of 0..2 runs along the blocks.
-            std::int64_t borrow = 0;
-            std::int64_t high_above = 0;
-            for (int k = n - 1; k >= 0; --k) {
-                const std::uint64_t p = d[k] * guess;
-                const std::uint64_t hi = p / long_base;
-                const std::int64_t lo = static_cast<std::int64_t>(p - hi * long_base);
-                std::int64_t v = static_cast<std::int64_t>(span[k]) - lo - high_above - borrow;
-                borrow = (v < 0 ? 1 : 0) + (v < -base ? 1 : 0);
-                v += borrow * base;
-                span[k] = static_cast<std::uint32_t>(v);
-                high_above = static_cast<std::int64_t>(hi);
-            }
-            // The block above the span (none at position 0).
-            std::int64_t top = static_cast<std::int64_t>(t) - high_above - borrow;
-            std::uint64_t taken = guess;
-            while (top < 0) {
-                // Too high: lower the guess by one.
-                ++long_state.high_guesses;
-                --taken;
-                std::uint32_t carry = 0;
-                for (int k = n - 1; k >= 0; --k) {
-                    const std::uint32_t v = span[k] + d[k] + carry;
-                    carry = v >= long_base ? 1u : 0u;
-                    span[k] = v - carry * long_base;
-                }
-                top += carry;
-            }
-            q[i] += static_cast<std::uint32_t>(taken);
-            if (i > 0) r[i - 1] = static_cast<std::uint32_t>(top);
-            if (++subtractions >= 2) ++long_state.low_guesses;
-            t = static_cast<std::uint64_t>(top);
-        }
-        const int rc = long_poll_interrupt(long_state.divide_work, static_cast<std::uint32_t>(n), divide_poll_work);
-        if (rc < 0) return rc;
-    }
-    return 0;
 }
 
 int divide_by_zero(bool report) {
@@ -125,7 +55,7 @@ int divide_floating(LongNumber& dividend, LongNumber& divisor, LongNumber& quoti
 
     long_reserve(quotient, Q * 8);
     std::fill(quotient.blocks.data(), quotient.blocks.data() + Q, 0u);
-    const int rc = divide_blocks(r, d, n, quotient.blocks.data(), Q);
+    const int rc = long_divide_blocks(r, d, n, quotient.blocks.data(), Q);
     if (rc < 0) {
         long_set_zero(quotient);
         return rc;
@@ -211,7 +141,7 @@ int divide_integer(LongNumber& dividend, LongNumber& divisor, LongNumber& quotie
 
     long_reserve(quotient, quotient_blocks * 8);
     std::fill(quotient.blocks.data(), quotient.blocks.data() + quotient_blocks, 0u);
-    const int rc = divide_blocks(r, d, n, quotient.blocks.data(), quotient_blocks);
+    const int rc = long_divide_blocks(r, d, n, quotient.blocks.data(), quotient_blocks);
     if (rc < 0) {
         long_set_zero(quotient);
         return rc;
