@@ -94,7 +94,7 @@ for name in "${NAMES[@]}"; do
     printf '%-9s %10.3f' "$name" "$t"
     for interp in "${PEERS[@]}"; do printf ' %10.3f' "${MED[$name,$interp]}"; done
     for interp in "${PEERS[@]}"; do
-        awk -v p="${MED[$name,$interp]}" -v t="$t" 'BEGIN { printf " %9.2f", t > 0 ? p / t : 0 }'
+        awk -v p="${MED[$name,$interp]}" -v t="$t" 'BEGIN { printf " %9.2f", (t > 0 ? p / t : 0) }'
     done
     printf '\n'
 done

@@ -104,6 +104,7 @@ int negate(Item& operand) {
             const std::int64_t offset = new_temp_string(flipped);
             if (offset < 0) return static_cast<int>(offset);
             operand.word = static_cast<std::uint32_t>(offset);
+            if (operand.number_known) operand.number = -operand.number;
             return 0;
         }
         default: return fail(err_invalid_expression, operand.column);
