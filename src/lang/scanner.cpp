@@ -61,6 +61,7 @@ int scan_shorthand(Item& item, int mode) {
 struct ComparisonForm {
     const char* text;
     int slot;
+    std::size_t length = text[1] == 0 ? 1 : 2;
 };
 
 // The two-character forms come first so that "<=" is not read as "<".
@@ -72,7 +73,7 @@ constexpr std::size_t max_string_constant = scan_buffer_size - 2;
 
 int scan_comparison(Item& item, int mode) {
     for (const ComparisonForm& f : comparison_forms) {
-        const std::size_t n = std::strlen(f.text);
+        const std::size_t n = f.length;
         if (char_at(0) != f.text[0] || (n == 2 && char_at(1) != f.text[1])) continue;
         if ((mode & scan_declaration_context) != 0)
             return scan_error(err_comparison_operator_invalid_long_dimension, item.column);
