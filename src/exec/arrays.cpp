@@ -1,6 +1,7 @@
 // arrays.cpp — the Array Table: DIM, element addressing and ERASE.
 #include "exec/arrays.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -68,7 +69,33 @@ int dimension_array(std::string_view name, int count, const double* dims, bool d
     return static_cast<int>(a.type);
 }
 
+namespace {
+
+/// "name(s1,s2,...)" when every subscript prints as an int and the whole fits
+/// in `size`: the text the general form below gives, without printf.
+bool format_int_reference(const ArrayEntry& a, int count, const double* subscripts, char* out, std::size_t size) {
+    const char* name = array_name(a);
+    const std::size_t length = std::strlen(name);
+    if (length + 2 + static_cast<std::size_t>(count) * 12 + 1 > size) return false;
+    for (int i = 0; i < count; ++i) {
+        if (!(subscripts[i] > -2147483648.0 && subscripts[i] < 2147483648.0)) return false;
+    }
+    std::memcpy(out, name, length);
+    char* p = out + length;
+    *p++ = '(';
+    for (int i = 0; i < count; ++i) {
+        if (i > 0) *p++ = ',';
+        p = std::to_chars(p, out + size, static_cast<int>(subscripts[i])).ptr;
+    }
+    *p++ = ')';
+    *p = 0;
+    return true;
+}
+
+}  // namespace
+
 void format_element_reference(const ArrayEntry& a, int count, const double* subscripts, char* out, std::size_t size) {
+    if (format_int_reference(a, count, subscripts, out, size)) return;
     int n = std::snprintf(out, size, "%s(", array_name(a));
     for (int i = 0; i < count && n > 0 && static_cast<std::size_t>(n) < size; ++i) {
         const double v = subscripts[i];
@@ -116,6 +143,7 @@ void erase_array(std::string_view name) {
             release_array_elements(a);
             for (std::uint32_t j = i + 1; j < areas.array_count; ++j) areas.arrays[j - 1] = areas.arrays[j];
             --areas.array_count;
+            ++areas.name_tables_generation;
             areas.arrays[areas.array_count] = ArrayEntry{};
         } else {
             ++i;

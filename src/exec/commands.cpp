@@ -66,6 +66,7 @@ void reset_run_state(bool keep_data) {
 
 int check_program() {
     areas.statement_number_count = 0;
+    ++areas.statement_numbers_generation;
     areas.data_statement_count = 0;
     lang.functions.count = 0;
     const ExecState saved = exec;

@@ -164,6 +164,7 @@ bool numeric_double(int kind, double& out) {
     switch (kind) {
         case kind_double: out = lang.scan.result; return true;
         case kind_numeric_text: {
+            if (known_number_text(lang.scan.buffer, out)) return true;
             char* end = nullptr;
             out = std::strtod(lang.scan.buffer, &end);
             if (end != nullptr && *end == 0) return true;

@@ -46,6 +46,9 @@ struct BlockState {
 };
 
 struct ExecState {
+    /// The scanner's caches and the statement-number index are used (off with
+    /// TESSALINE_NO_CACHE=1 at start-up: every look-up then goes the long way).
+    bool caches_enabled = true;
     ExecPosition position;
     BlockState block;
 

@@ -53,6 +53,7 @@ bool allocate_bytes(ByteArea& area, std::uint32_t size, int step, std::uint32_t 
 void free_arrays() {
     for (std::uint32_t i = 0; i < areas.array_count; ++i) release_array_elements(areas.arrays[i]);
     areas.array_count = 0;
+    ++areas.name_tables_generation;
 }
 
 }  // namespace
@@ -68,9 +69,11 @@ int init_memory_areas(const SizingValues& sizes) {
     areas.sizes = sizes;
     areas.variable_count = 0;
     areas.array_count = 0;
+    ++areas.name_tables_generation;
     areas.temp_high_water = 1;
     areas.data_statement_count = 0;
     areas.statement_number_count = 0;
+    ++areas.statement_numbers_generation;
     areas.scan_only = false;
     areas.long_default = false;
     areas.assignment_target = nullptr;
@@ -120,6 +123,7 @@ void clear_memory() {
     clear_long_space();
     areas.variable_count = 0;
     areas.variable_names.used = 0;
+    ++areas.name_tables_generation;
     areas.strings.used = 1;
     areas.temp_strings.used = 1;
     areas.assignment_target = nullptr;

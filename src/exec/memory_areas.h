@@ -115,6 +115,9 @@ struct MemoryAreas {
     std::unique_ptr<ArrayEntry[]> arrays;
     std::uint32_t array_count = 0;
     ByteArea array_names;
+    /// Raised whenever variable or array entries are removed or the tables
+    /// start again (entries added show in the counts); cached look-ups check it.
+    std::uint32_t name_tables_generation = 0;
 
     ByteArea strings;       ///< used = next free, starts at 1
     ByteArea temp_strings;  ///< used = next free, starts at 1
@@ -126,6 +129,14 @@ struct MemoryAreas {
     std::uint32_t data_statement_count = 0;
     std::unique_ptr<StatementNumberEntry[]> statement_numbers;
     std::uint32_t statement_number_count = 0;
+    /// Raised whenever the Statement Number Table is emptied.
+    std::uint32_t statement_numbers_generation = 0;
+    /// Hash index of the Statement Number Table (entry + 1 per slot, 0 for an
+    /// empty slot) over its first statement_index_count entries, built in
+    /// generation statement_index_generation; see find_statement_entry.
+    std::vector<std::int32_t> statement_index;
+    std::uint32_t statement_index_count = 0;
+    std::uint32_t statement_index_generation = 0;
 
     std::unique_ptr<char[]> program;  ///< kept across re-initialisation
     std::uint32_t program_size = 0;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "exec/exec_state.h"
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
 #include "lang/error_reporter.h"
@@ -140,7 +141,59 @@ int read_statement_number(const char*& p, const char* line_start, std::uint32_t&
     return 1;
 }
 
+namespace {
+
+std::size_t index_slot(std::uint32_t number, std::size_t size) { return (number * 2654435761u) & (size - 1); }
+
+void index_entry(std::uint32_t entry) {
+    std::vector<std::int32_t>& slots = areas.statement_index;
+    const std::uint32_t number = areas.statement_numbers[entry].number;
+    for (std::size_t h = index_slot(number, slots.size());; h = (h + 1) & (slots.size() - 1)) {
+        if (slots[h] == 0) {
+            slots[h] = static_cast<std::int32_t>(entry) + 1;
+            return;
+        }
+        // A repeated number keeps its first entry, as the search from entry 0 finds it.
+        if (areas.statement_numbers[slots[h] - 1].number == number) return;
+    }
+}
+
+/// Brings the index up to the table: entries added since are indexed; an
+/// emptied table or a full index starts it again.
+void update_statement_index() {
+    const std::uint32_t count = areas.statement_number_count;
+    std::vector<std::int32_t>& slots = areas.statement_index;
+    bool rebuild = areas.statement_index_generation != areas.statement_numbers_generation ||
+                   count < areas.statement_index_count || slots.empty();
+    if (count * 2 >= slots.size()) {
+        std::size_t size = 64;
+        while (size <= count * 2u) size *= 2;
+        slots.assign(size, 0);
+        rebuild = true;
+    } else if (rebuild) {
+        std::fill(slots.begin(), slots.end(), 0);
+    }
+    if (rebuild) {
+        areas.statement_index_count = 0;
+        areas.statement_index_generation = areas.statement_numbers_generation;
+    }
+    for (std::uint32_t i = areas.statement_index_count; i < count; ++i) index_entry(i);
+    areas.statement_index_count = count;
+}
+
+}  // namespace
+
 int find_statement_entry(std::uint32_t number) {
+    if (exec.caches_enabled) {
+        if (areas.statement_index_count != areas.statement_number_count ||
+            areas.statement_index_generation != areas.statement_numbers_generation || areas.statement_index.empty())
+            update_statement_index();
+        const std::vector<std::int32_t>& slots = areas.statement_index;
+        for (std::size_t h = index_slot(number, slots.size());; h = (h + 1) & (slots.size() - 1)) {
+            if (slots[h] == 0) return -1;
+            if (areas.statement_numbers[slots[h] - 1].number == number) return slots[h] - 1;
+        }
+    }
     for (std::uint32_t i = 0; i < areas.statement_number_count; ++i) {
         if (areas.statement_numbers[i].number == number) return static_cast<int>(i);
     }

@@ -268,6 +268,7 @@ bool to_double(int kind, double& out) {
         case kind_string:
         case kind_numeric_text: {
             const char* text = lang.scan.buffer;
+            if (kind == kind_numeric_text && known_number_text(text, out)) return true;
             char* end = nullptr;
             out = std::strtod(text, &end);
             if (end != text && end != nullptr && *end == 0) return true;

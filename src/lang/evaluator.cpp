@@ -137,6 +137,18 @@ int place_result(const Item& r) {
     return static_cast<int>(r.kind);
 }
 
+/// Keeps the value of a number constant that is the whole result, for the
+/// statement that converts it next (known_number_text).
+void remember_constant(const Item& r) {
+    ScanState& s = lang.scan;
+    s.constant_text[0] = 0;
+    if (r.kind != kind_numeric_text || !r.number_known) return;
+    const std::size_t n = std::strlen(s.buffer);
+    if (n >= sizeof s.constant_text) return;
+    std::memcpy(s.constant_text, s.buffer, n + 1);
+    s.constant_value = r.number;
+}
+
 int evaluate(int mode) {
     ScanState& s = lang.scan;
     ItemTable t;
@@ -167,6 +179,7 @@ int evaluate(int mode) {
     if (t.count != 1) return fail(err_invalid_expression, t.items[t.count > 1 ? 1 : 0].column);
     const int kind = place_result(t.items[0]);
     if (kind > 0 && one_name) s.sole_reference = item_reference(t.items[0]);
+    remember_constant(t.items[0]);
     return kind;
 }
 

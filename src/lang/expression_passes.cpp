@@ -104,6 +104,7 @@ int negate(Item& operand) {
             const std::int64_t offset = new_temp_string(flipped);
             if (offset < 0) return static_cast<int>(offset);
             operand.word = static_cast<std::uint32_t>(offset);
+            if (operand.number_known) operand.number = -operand.number;
             return 0;
         }
         default: return fail(err_invalid_expression, operand.column);
@@ -440,11 +441,38 @@ constexpr Pass passes[] = {
     {pass_binary_logic, "Logical AND, OR, XOR, EOR"},
 };
 
+/// Bit i is set when pass i has an operator to work on. A pass never makes an
+/// operator, so a pass whose bit is clear would only walk the table.
+unsigned passes_needed(const ItemTable& t) {
+    unsigned needed = 0;
+    for (int i = 0; i < t.count; ++i) {
+        const Item& item = t.items[i];
+        if (item.kind == kind_operator) {
+            needed |= 1u;
+            const char c = op_char(item);
+            if (c == '^') needed |= 2u;
+            if (c == '*' || c == '/' || c == '%') needed |= 4u;
+            if (c == '+' || c == '-') needed |= 8u;
+        } else if (item.kind == kind_comparison) {
+            needed |= 16u;
+        } else if (item.kind == kind_logical) {
+            needed |= item.word == logic_not ? 32u : 64u;
+        }
+    }
+    return needed;
+}
+
 }  // namespace
 
 int reduce_expression(ItemTable& t) {
     if (lang.reporter.debug) list_item_table(t.items, t.count, nullptr);
+    // With the listing off, passes with nothing to do are left out.
+    const unsigned needed = lang.reporter.debug ? ~0u : passes_needed(t);
+    unsigned bit = 1;
     for (const Pass& p : passes) {
+        const bool skip = (needed & bit) == 0;
+        bit <<= 1;
+        if (skip) continue;
         const int r = p.run(t);
         if (r < 0) return r;
         if (lang.reporter.debug) list_item_table(t.items, t.count, p.label);

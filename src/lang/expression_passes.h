@@ -7,7 +7,13 @@
 namespace tl {
 
 struct ItemTable {
-    Item items[max_expression_items + 1];
+    // The Items are not set up when the table is made (an evaluation makes one
+    // for every expression): only items[0, count) are ever read, and get_item
+    // sets up each Item it fills.
+    ItemTable() {}
+    union {
+        Item items[max_expression_items + 1];
+    };
     int count = 0;
     /// Where the expression's text ends (before the Item or separator that ended it).
     const char* text_end = nullptr;

@@ -47,6 +47,9 @@ struct Item {
     std::uint32_t kind = kind_none;
     /// Offset of the Item's first character from the statement start (for carets).
     std::int32_t column = 0;
+    /// Kind 16 only: `number` already holds the double that make_numeric
+    /// would read from the text (set for number constants met before).
+    bool number_known = false;
     /// Array-table entry for kinds 13, 20 and 23; null otherwise.
     ArrayEntry* array = nullptr;
     /// Carried along; zero unless a consumer needs it.

@@ -6,6 +6,7 @@
 #include "lang/error_reporter.h"
 #include "lang/predefined_variables.h"
 #include "lang/random_numbers.h"
+#include "lang/scan_caches.h"
 #include "lang/scan_state.h"
 #include "lang/user_functions.h"
 
@@ -27,6 +28,8 @@ struct LangState {
     /// kept in long_state.last_sine_argument).
     double last_sine_argument = 0.0;
     bool last_sine_long = false;
+    /// Look-ups remembered by the scanner (used while exec.caches_enabled).
+    ScanCaches caches;
 };
 
 extern LangState lang;

@@ -1,6 +1,9 @@
 // language_init.cpp — start-up order of the tables and areas, and the global reset.
 #include "lang/language_init.h"
 
+#include <cstdlib>
+#include <cstring>
+
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
@@ -14,6 +17,9 @@ LongState long_state;
 
 int init_language_tables(const SizingValues& sizes) {
     // The keyword tables are compile-time constants (keyword_tables.cpp).
+    // TESSALINE_NO_CACHE=1 (any value but "0") makes every look-up go the long way.
+    const char* no_cache = std::getenv("TESSALINE_NO_CACHE");
+    exec.caches_enabled = no_cache == nullptr || *no_cache == 0 || std::strcmp(no_cache, "0") == 0;
     fill_predefined_variables(lang.predefined);
     lang.start_time = std::chrono::steady_clock::now();
     lang.stopwatch_start = lang.start_time;

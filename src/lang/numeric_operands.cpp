@@ -51,6 +51,12 @@ bool long_is_zero(const LongNumber& n) { return n.blks <= 1 && n.blocks[0] == 0;
 int make_numeric(Item& item) {
     if (item.kind == kind_double || item.kind == kind_long) return static_cast<int>(item.kind);
     if (!is_text(item)) return fail(err_invalid_type_expecting_number, item);
+    if (item.kind == kind_numeric_text && item.number_known) {
+        item.kind = kind_double;
+        item.word = 0;
+        item.number_known = false;
+        return kind_double;
+    }
     const char* text = item_text(item);
     int digits = 0;
     if (is_decimal_number(text, digits) && digits < long_text_digits) {

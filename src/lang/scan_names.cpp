@@ -18,6 +18,7 @@
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
 #include "lang/long_constants.h"
+#include "lang/scan_caches.h"
 #include "lang/scanner.h"
 #include "lang/user_functions.h"
 #include "longmath/long_convert.h"
@@ -218,9 +219,9 @@ bool element_in_range(const ArrayEntry& a, int count, const double* values) {
     return true;
 }
 
-int scan_array_element(Item& item, int mode, std::string_view name) {
+int scan_array_element(Item& item, int mode, std::string_view name, NameCacheEntry* cached) {
     ScanState& s = lang.scan;
-    ArrayEntry* a = find_array(name);
+    ArrayEntry* a = find_array_via(cached, name);
     if (a == nullptr) {
         if (declaring(mode)) return scan_name;  // DIM or LONG of a new array: the statement reads the sizes
         if ((mode & scan_reference_only) != 0) return -1;
@@ -319,30 +320,31 @@ int argument_value(Item& item, int index) {
 /// Steps 10.1 to 10.7: logical operators, commands, statements, predefined
 /// variables, builtin functions, user-defined functions, special functions.
 /// Returns 0 when the name is none of them.
-int scan_keyword(Item& item, int mode, std::string_view name) {
+int scan_keyword(Item& item, int mode, std::string_view name, const NameCacheEntry* cached) {
     const bool evaluate = (mode & unevaluated_modes) == 0;
-    int slot = find_keyword(Table::logical_operators, name);
+    const KeywordSlots* known = cached != nullptr ? &cached->slots : nullptr;
+    int slot = known != nullptr ? known->logical : find_keyword(Table::logical_operators, name);
     if (slot >= 0) {
         if (declaring(mode)) return scan_error(err_logical_operator_invalid_long_dimension, item.column);
         item.kind = kind_logical;
         item.word = static_cast<std::uint32_t>(slot);
         return kind_logical;
     }
-    slot = find_keyword(Table::commands, name);
+    slot = known != nullptr ? known->command : find_keyword(Table::commands, name);
     if (slot >= 0) {
         if (declaring(mode)) return scan_error(err_command_invalid_long_dimension, item.column);
         item.kind = kind_command;
         item.word = static_cast<std::uint32_t>(slot);
         return kind_command;
     }
-    slot = find_keyword(Table::statements, name);
+    slot = known != nullptr ? known->statement : find_keyword(Table::statements, name);
     if (slot >= 0 && ((mode & scan_statement_position) != 0 || !is_shared_with_function(slot))) {
         if (declaring(mode)) return scan_error(err_statement_invalid_long_dimension, item.column);
         item.kind = kind_statement;
         item.word = static_cast<std::uint32_t>(slot);
         return kind_statement;
     }
-    slot = find_predefined(name);
+    slot = known != nullptr ? known->predefined : find_predefined(name);
     if (slot >= 0) {
         item.word = static_cast<std::uint32_t>(slot);
         if (!evaluate) {
@@ -352,7 +354,7 @@ int scan_keyword(Item& item, int mode, std::string_view name) {
         if (declaring(mode)) return scan_error(err_constant_invalid_long_dimension, item.column);
         return predefined_value(item, slot);
     }
-    slot = find_keyword(Table::functions, name);
+    slot = known != nullptr ? known->function : find_keyword(Table::functions, name);
     if (slot >= 0) {
         item.word = static_cast<std::uint32_t>(slot);
         if (!evaluate) {
@@ -375,7 +377,7 @@ int scan_keyword(Item& item, int mode, std::string_view name) {
         item.extra = 0;
         return call_function(item, fn_placeholder_41, user);
     }
-    slot = find_keyword(Table::special_functions, name);
+    slot = known != nullptr ? known->special : find_keyword(Table::special_functions, name);
     if (slot >= 0) {
         item.word = static_cast<std::uint32_t>(slot);
         if (!evaluate) {
@@ -393,14 +395,15 @@ int scan_keyword(Item& item, int mode, std::string_view name) {
 int scan_name_item(Item& item, int mode, std::string_view name) {
     ScanState& s = lang.scan;
     remember_name(name);
+    NameCacheEntry* const cached = cached_name(name);
     if ((mode & scan_variables_only) == 0) {
-        const int k = scan_keyword(item, mode, name);
+        const int k = scan_keyword(item, mode, name, cached);
         if (k != 0) return k;
     }
     if ((mode & scan_name_only) != 0) return scan_name;
     if (peek_nonblank() == '(') {
         if ((mode & scan_no_calls) != 0) return -1;
-        return scan_array_element(item, mode, name);
+        return scan_array_element(item, mode, name, cached);
     }
     if (s.defining_function) {
         return !name.empty() && name.back() == '$' ? give_string(item, "") : give_double(item, 0.0);
@@ -409,14 +412,14 @@ int scan_name_item(Item& item, int mode, std::string_view name) {
         const int index = find_function_argument(s.call.function, name);
         if (index >= 0 && index < s.call.argument_count) return argument_value(item, index);
     }
-    if (ArrayEntry* a = find_array(name)) {
+    if (ArrayEntry* a = find_array_via(cached, name)) {
         item.array = a;
         item.kind = a->type == kind_string ? kind_string_array
                     : a->type == kind_long ? kind_long_array
                                            : kind_double_array;
         return static_cast<int>(item.kind);
     }
-    const int index = find_variable(name);
+    const int index = find_variable_via(cached, name);
     if (index >= 0) {
         if ((mode & scan_declare_new) != 0) return scan_error(err_variable_already_defined, item.column);
         return fetch_variable(item, index, mode);

@@ -44,6 +44,10 @@ struct ScanState {
     void* value_ref = nullptr;
     /// The last double produced.
     double result = 0.0;
+    /// When the last evaluation gave a number constant: a copy of its text
+    /// and its double (empty text otherwise). See known_number_text.
+    char constant_text[24] = {};
+    double constant_value = 0.0;
     /// What ended the last get_item that returned 0: ')', ',', ';', ':' or 0 (end of text).
     char terminator = 0;
     /// Write-back reference of the last evaluated expression when it was one

@@ -4,8 +4,11 @@
 // parameter lists in parameter_list.cpp.
 #include "lang/scanner.h"
 
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 
+#include "exec/exec_state.h"
 #include "exec/memory_areas.h"
 #include "exec/string_space.h"
 #include "lang/error_reporter.h"
@@ -14,6 +17,7 @@
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
 #include "lang/number_text.h"
+#include "lang/numeric_operands.h"
 #include "lang/scan_names.h"
 
 namespace tl {
@@ -57,6 +61,7 @@ int scan_shorthand(Item& item, int mode) {
 struct ComparisonForm {
     const char* text;
     int slot;
+    std::size_t length = text[1] == 0 ? 1 : 2;
 };
 
 // The two-character forms come first so that "<=" is not read as "<".
@@ -68,7 +73,7 @@ constexpr std::size_t max_string_constant = scan_buffer_size - 2;
 
 int scan_comparison(Item& item, int mode) {
     for (const ComparisonForm& f : comparison_forms) {
-        const std::size_t n = std::strlen(f.text);
+        const std::size_t n = f.length;
         if (char_at(0) != f.text[0] || (n == 2 && char_at(1) != f.text[1])) continue;
         if ((mode & scan_declaration_context) != 0)
             return scan_error(err_comparison_operator_invalid_long_dimension, item.column);
@@ -80,13 +85,63 @@ int scan_comparison(Item& item, int mode) {
     return 0;
 }
 
+/// The number cache slot for the scan position when it lies in the current
+/// program line (null elsewhere, or with the caches off).
+NumberCacheEntry* number_slot(std::uint32_t& offset) {
+    const ProgramLine* line = exec.current_line;
+    const char* p = lang.scan.position;
+    if (!exec.caches_enabled || line == nullptr || p < line->text || p >= line->text + line->length) return nullptr;
+    offset = line->start + static_cast<std::uint32_t>(p - line->text) + 1;
+    return &lang.caches.numbers[(offset * 2654435761u >> 8) & (number_cache_size - 1)];
+}
+
+/// True when the entry's constant stands at the scan position, followed by
+/// the same character: reading it again would give the same text.
+bool number_matches(const NumberCacheEntry& e, std::uint32_t offset) {
+    const ScanState& s = lang.scan;
+    if (e.offset != offset || s.end - s.position < e.length) return false;
+    if (std::memcmp(e.text, s.position, e.length) != 0) return false;
+    const char after = s.position + e.length < s.end ? s.position[e.length] : 0;
+    return after == e.text[e.length];
+}
+
+void remember_number(NumberCacheEntry& e, std::uint32_t offset, const NumberText& r) {
+    const ScanState& s = lang.scan;
+    if (r.length > cached_text_max) return;
+    e.offset = offset;
+    e.length = static_cast<std::uint8_t>(r.length);
+    std::memcpy(e.text, s.position, r.length);
+    e.text[r.length] = s.position + r.length < s.end ? s.position[r.length] : 0;
+    // The double make_numeric would take (a longer text becomes a long number).
+    e.is_double = false;
+    int digits = 0;
+    if (is_decimal_number(s.buffer, digits) && digits < long_text_digits) {
+        e.value = std::strtod(s.buffer, nullptr);
+        e.is_double = std::isfinite(e.value);
+    }
+}
+
 int scan_number(Item& item, int mode) {
     ScanState& s = lang.scan;
+    std::uint32_t offset = 0;
+    NumberCacheEntry* cached = number_slot(offset);
+    if (cached != nullptr && number_matches(*cached, offset)) {
+        std::memcpy(s.buffer, s.position, cached->length);
+        s.buffer[cached->length] = 0;
+        s.position += cached->length;
+        item.kind = kind_numeric_text;
+        if (cached->is_double) {
+            item.number = cached->value;
+            item.number_known = true;
+        }
+        return (mode & scan_statement_position) != 0 ? scan_number_constant : static_cast<int>(kind_numeric_text);
+    }
     const NumberText r = read_number_text(s.position, s.end, s.buffer);
     if (r.error != 0) {
         s.position += r.error_offset;
         return scan_error(r.error, item.column + static_cast<int>(r.error_offset));
     }
+    if (cached != nullptr) remember_number(*cached, offset, r);
     s.position += r.length;
     item.kind = kind_numeric_text;
     return (mode & scan_statement_position) != 0 ? scan_number_constant : static_cast<int>(kind_numeric_text);
@@ -164,7 +219,10 @@ void begin_statement(const char* line, const char* statement) {
 
 void skip_blanks() {
     ScanState& s = lang.scan;
-    while (s.position < s.end && is_blank(*s.position)) ++s.position;
+    const char* p = s.position;
+    const char* const end = s.end;
+    while (p < end && is_blank(*p)) ++p;
+    s.position = p;
 }
 
 char peek_nonblank() {
@@ -172,6 +230,13 @@ char peek_nonblank() {
     const char* p = s.position;
     while (p < s.end && is_blank(*p)) ++p;
     return p < s.end ? *p : 0;
+}
+
+bool known_number_text(const char* text, double& value) {
+    const ScanState& s = lang.scan;
+    if (!exec.caches_enabled || s.constant_text[0] == 0 || std::strcmp(text, s.constant_text) != 0) return false;
+    value = s.constant_value;
+    return true;
 }
 
 int scan_column() { return static_cast<int>(lang.scan.position - lang.scan.start); }

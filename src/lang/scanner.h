@@ -76,6 +76,11 @@ void skip_blanks();
 /// negated error number (69, 63, 326, 14, 11).
 [[nodiscard]] int parse_parameter_list(Item* params);
 
+/// True, with its double in `value`, when `text` is the text of the number
+/// constant the last evaluation gave (the value strtod gives for it). False
+/// when unknown or with the caches off: the caller converts the text itself.
+[[nodiscard]] bool known_number_text(const char* text, double& value);
+
 /// The text of a kind 3 or 16 Item held in temporary string space.
 [[nodiscard]] const char* item_text(const Item& item);
 
