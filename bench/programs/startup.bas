@@ -1,1 +1,1 @@
-print "ready"
+print "startup ok"
