@@ -195,8 +195,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         } else if (mode.optmul || a.blks + b.blks < (p + 7) / 8 + 2) {
             check(got == round_sig(exact, p, mode.rounding), "product", ta, tb);
         } else if (exact.sign() != 0) {
+            // Low partial products are left out: a carry they would have made
+            // may be lost, on top of the cut to the precision, so the result
+            // lies within two units of its last digit (runs of nines reach
+            // beyond one).
             const long e = std::max(decimal_magnitude(exact), got.sign() != 0 ? decimal_magnitude(got) : 0L);
-            check((got - exact).abs() <= tl::fuzz::pow10q(e - p), "product beyond one unit", ta, tb);
+            check((got - exact).abs() < tl::fuzz::pow10q(e - p) * Rational::from_long(2), "product beyond two units",
+                  ta, tb);
         }
     }
 
