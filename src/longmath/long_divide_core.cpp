@@ -28,7 +28,6 @@ __extension__ typedef __int128 i128;
 
 constexpr std::uint32_t divide_poll_work = 1500000;
 constexpr std::int64_t base = long_base;
-constexpr i128 base_squared = static_cast<i128>(base) * base;
 /// The columns are normalised before a row could take one beyond this size.
 constexpr std::int64_t column_limit = std::int64_t{1} << 62;
 /// Divisors of this many blocks and more are divided in columns.
@@ -40,8 +39,9 @@ std::int64_t floor_div(std::int64_t a, std::int64_t b) {
     return q;
 }
 
-#if defined(__x86_64__) && defined(__GNUC__)
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
 /// Built twice, for processors with and without AVX2; the loader picks one.
+/// (Clang does not combine these clones with noinline; it gets one build.)
 #define LONG_ROW_CLONES gnu::target_clones("avx2", "default"),
 #else
 #define LONG_ROW_CLONES
