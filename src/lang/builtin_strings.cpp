@@ -87,18 +87,8 @@ int fn_chr_handler(Item* p, int) {
     return text_result(&c, 1);
 }
 
-int fn_left_handler(Item* p, int) {
-    const char* s = nullptr;
-    double n = 0.0;
-    int r = string_parameter(p[0], s);
-    if (r >= 0) r = whole_parameter(p[1], n);
-    if (r < 0) return r;
-    if (n < 0.0) return fail_at(err_lefts_rights_length_cannot_negative, p[1]);
-    const std::size_t length = std::strlen(s);
-    return text_result(s, n < static_cast<double>(length) ? static_cast<std::size_t>(n) : length);
-}
-
-int fn_right_handler(Item* p, int) {
+/// left$ and right$: the first or last n characters (n >= 0, at most the length).
+int left_or_right(Item* p, bool from_right) {
     const char* s = nullptr;
     double n = 0.0;
     int r = string_parameter(p[0], s);
@@ -107,8 +97,12 @@ int fn_right_handler(Item* p, int) {
     if (n < 0.0) return fail_at(err_lefts_rights_length_cannot_negative, p[1]);
     const std::size_t length = std::strlen(s);
     const std::size_t take = n < static_cast<double>(length) ? static_cast<std::size_t>(n) : length;
-    return text_result(s + (length - take), take);
+    return text_result(from_right ? s + (length - take) : s, take);
 }
+
+int fn_left_handler(Item* p, int) { return left_or_right(p, false); }
+
+int fn_right_handler(Item* p, int) { return left_or_right(p, true); }
 
 int fn_mid_handler(Item* p, int count) {
     const char* s = nullptr;
