@@ -175,6 +175,7 @@ int do_command(int slot) {
             const std::uint32_t command_at = exec.command_line_offset >= 7 ? exec.command_line_offset - 7 : 0;
             areas.program_length = command_at;
             areas.program.get()[command_at] = 0;
+            program_text_changed(command_at);
             exec.running_command_line = false;
             const int rc = load_and_run(has_name != 0 ? name : nullptr, slot == cmd_load, false);
             exec.last_run_failed = rc < 0;

@@ -8,6 +8,7 @@
 
 #include "exec/arrays.h"
 #include "exec/front_end.h"
+#include "exec/program_store.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "longmath/long_space.h"
@@ -106,6 +107,7 @@ int init_memory_areas(const SizingValues& sizes) {
         if (!areas.program) return report_error(err_none);
         areas.program_size = sizes[size_program_buffer_space];
         areas.program_length = 0;
+        program_text_changed(0);
     }
     return 0;
 }

@@ -141,6 +141,16 @@ struct MemoryAreas {
     std::unique_ptr<char[]> program;  ///< kept across re-initialisation
     std::uint32_t program_size = 0;
     std::uint32_t program_length = 0;
+    /// The program text with its line ends made NULs (program_image), up to
+    /// date for [0, program_image_valid) and terminated at program_image_length.
+    std::unique_ptr<char[]> program_image;
+    std::uint32_t program_image_size = 0;
+    std::uint32_t program_image_valid = 0;
+    std::uint32_t program_image_length = 0;
+    /// Raised whenever the program text changes; cached plans check it.
+    std::uint32_t program_generation = 0;
+    /// The start of a line too long to run, as its error report shows it.
+    char long_line[256] = {};
 
     /// Scan-only mode: creating a variable only learns its type.
     bool scan_only = false;

@@ -47,6 +47,7 @@ bool end_text_with_crlf() {
     char* text = areas.program.get();
     if (areas.program_length == 0 || ends_with_crlf(text, areas.program_length)) return true;
     if (areas.program_length + 3 > areas.program_size) return false;
+    program_text_changed(areas.program_length);
     text[areas.program_length++] = '\r';
     text[areas.program_length++] = '\n';
     text[areas.program_length] = 0;
@@ -64,6 +65,7 @@ int read_program_file(const std::string& path, ReadMode mode, std::uint32_t inse
         std::copy(file.begin(), file.end(), text);  // an empty file has no data pointer
         areas.program_length = static_cast<std::uint32_t>(file.size());
         text[areas.program_length] = 0;
+        program_text_changed(0);
         return 0;
     }
 
@@ -87,21 +89,68 @@ int read_program_file(const std::string& path, ReadMode mode, std::uint32_t inse
     std::copy(joined.begin(), joined.end(), text);
     areas.program_length = static_cast<std::uint32_t>(joined.size());
     text[areas.program_length] = 0;
+    program_text_changed(cut);
     return 0;
+}
+
+bool replace_program_text(std::string_view text) {
+    if (text.size() >= areas.program_size) return false;
+    std::memcpy(areas.program.get(), text.data(), text.size());
+    areas.program_length = static_cast<std::uint32_t>(text.size());
+    areas.program.get()[areas.program_length] = 0;
+    program_text_changed(0);
+    return true;
+}
+
+void program_text_changed(std::uint32_t offset) {
+    if (offset < areas.program_image_valid) areas.program_image_valid = offset;
+    ++areas.program_generation;
+}
+
+const char* program_image() {
+    const std::uint32_t length = areas.program_length;
+    if (areas.program_image && areas.program_image_valid >= length && areas.program_image_length == length)
+        return areas.program_image.get();
+    if (areas.program_image_size < areas.program_size + 2) {
+        areas.program_image = std::make_unique<char[]>(areas.program_size + 2);
+        areas.program_image_size = areas.program_size + 2;
+        areas.program_image_valid = 0;
+    }
+    const char* text = areas.program.get();
+    char* image = areas.program_image.get();
+    // One character back: the CR of a CR LF pair that the change split.
+    const std::uint32_t from = areas.program_image_valid > 0 ? areas.program_image_valid - 1 : 0;
+    for (std::uint32_t i = from; i < length; ++i) {
+        const char c = text[i];
+        if (c == '\n') {
+            image[i] = 0;
+            if (i > 0 && text[i - 1] == '\r') image[i - 1] = 0;
+        } else {
+            image[i] = c;
+        }
+    }
+    if (length > 0 && text[length - 1] == '\r') image[length - 1] = 0;  // a last line ending in CR alone
+    image[length] = 0;
+    image[length + 1] = 0;
+    areas.program_image_valid = length;
+    areas.program_image_length = length;
+    return image;
 }
 
 int next_line(std::uint32_t offset, ProgramLine& line) {
     const char* text = areas.program.get();
     const std::uint32_t length = areas.program_length;
     if (offset >= length) return -1;
+    const char* image = program_image();
     const void* lf = std::memchr(text + offset, '\n', length - offset);
     const std::uint32_t end = lf != nullptr ? static_cast<std::uint32_t>(static_cast<const char*>(lf) - text) + 1 : length;
     line.start = offset;
     line.next = end;
     if (end - offset > max_line_bytes) {
         // Show the start of the offending line in the report.
-        std::memcpy(line.text, text + offset, max_line_bytes);
-        line.text[max_line_bytes] = 0;
+        std::memcpy(areas.long_line, text + offset, max_line_bytes);
+        areas.long_line[max_line_bytes] = 0;
+        line.text = areas.long_line;
         line.length = max_line_bytes;
         lang.reporter.text = line.text;
         lang.reporter.statement_start = line.text;
@@ -109,10 +158,9 @@ int next_line(std::uint32_t offset, ProgramLine& line) {
         return report_error(err_statement_too_long_255);
     }
     std::uint32_t n = end - offset;
-    std::memcpy(line.text, text + offset, n);
-    if (n > 0 && line.text[n - 1] == '\n') --n;
-    if (n > 0 && line.text[n - 1] == '\r') --n;
-    line.text[n] = 0;
+    if (n > 0 && text[offset + n - 1] == '\n') --n;
+    if (n > 0 && text[offset + n - 1] == '\r') --n;
+    line.text = image + offset;
     line.length = static_cast<int>(n);
     return 0;
 }

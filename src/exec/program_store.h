@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tl {
 
@@ -19,8 +20,9 @@ inline constexpr int max_line_bytes = 255;  ///< a line with its LF must be shor
 struct ProgramLine {
     std::uint32_t start = 0;  ///< offset of the line in the Program Buffer
     std::uint32_t next = 0;   ///< offset of the following line
-    /// The line without its LF and a trailing CR, NUL-terminated.
-    char text[max_line_bytes + 2] = {};
+    /// The line without its LF and a trailing CR, NUL-terminated: a view of
+    /// the line in the program image (see program_image), not a copy.
+    const char* text = "";
     int length = 0;
 };
 
@@ -32,6 +34,19 @@ struct ProgramLine {
 /// Makes sure the text ends in CR LF (no-op on an empty text); false when the
 /// buffer has no room.
 [[nodiscard]] bool end_text_with_crlf();
+
+/// Replaces the program text by `text` as LOAD does with a file's bytes;
+/// false (the text unchanged) when it does not fit the Program Buffer.
+bool replace_program_text(std::string_view text);
+
+/// Tells the program image that the text from `offset` on has changed (or
+/// that the text was cut there). Every writer of the Program Buffer calls it.
+void program_text_changed(std::uint32_t offset);
+
+/// The program text with every line end (the LF and a CR before it) made a
+/// NUL, brought up to date with the Program Buffer: a line can be scanned in
+/// place at its own offset. It stays put while a program runs.
+[[nodiscard]] const char* program_image();
 
 /// The line starting at `offset`: 0, -1 at the end of the text, or -24
 /// (reported) when the line with its LF is 256 bytes or longer.

@@ -492,6 +492,7 @@ int run_command_line(const char* text) {
     std::memcpy(buffer + length + 7 + n, "\r\n", 2);
     areas.program_length = length + 7 + static_cast<std::uint32_t>(n) + 2;
     buffer[areas.program_length] = 0;
+    program_text_changed(length);
 
     const ExecState saved = exec;
     exec.program_replaced = false;
@@ -519,6 +520,7 @@ int run_command_line(const char* text) {
     if (!exec.program_replaced) {
         areas.program_length = length;
         buffer[length] = 0;
+        program_text_changed(length);
     }
     exec.program_replaced = false;
     return rc;

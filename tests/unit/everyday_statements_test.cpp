@@ -13,6 +13,7 @@
 #include "exec/commands.h"
 #include "exec/everyday_statements.h"
 #include "exec/memory_areas.h"
+#include "exec/program_store.h"
 #include "exec/run_loop.h"
 #include "exec/variables.h"
 #include "lang/item.h"
@@ -25,9 +26,7 @@ class EverydayStatements : public CoreTest {
 protected:
     /// Checks and runs `text` as the loaded program.
     int run(const std::string& text) {
-        std::memcpy(areas.program.get(), text.data(), text.size());
-        areas.program_length = static_cast<std::uint32_t>(text.size());
-        areas.program.get()[text.size()] = 0;
+        EXPECT_TRUE(replace_program_text(text));
         if (int rc = check_program(); rc < 0) return rc;
         return start_program(false);
     }
@@ -116,8 +115,7 @@ public:
 
 TEST_F(EverydayStatements, DelayStopsWhenTheUserInterrupts) {
     const std::string text = "delay 30\nprint \"not reached\"\n";
-    std::memcpy(areas.program.get(), text.data(), text.size() + 1);
-    areas.program_length = static_cast<std::uint32_t>(text.size());
+    EXPECT_TRUE(replace_program_text(text));
     ASSERT_EQ(check_program(), 0) << fe.output;
     InterruptingFrontEnd interrupting;  // the first pump is before DELAY, the second inside it
     host.front_end = &interrupting;

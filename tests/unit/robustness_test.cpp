@@ -40,9 +40,7 @@ protected:
     }
     /// Puts `program` into the Program Buffer and runs it as "run" does.
     int run(const std::string& program) {
-        std::memcpy(areas.program.get(), program.data(), program.size());
-        areas.program_length = static_cast<std::uint32_t>(program.size());
-        areas.program.get()[program.size()] = 0;
+        EXPECT_TRUE(replace_program_text(program));
         return run_command_line("run");
     }
     /// Writes `content` to a file and loads and runs it as `run "file"` does.
@@ -165,7 +163,7 @@ TEST_F(RobustnessTest, EmptyProgramFilesLoadAppendAndInclude) {
     expect_usable_prompt();
     const std::string empty = dir / "empty.bas";
     write_file(empty, "");
-    areas.program_length = 0;
+    EXPECT_TRUE(replace_program_text(""));
     EXPECT_EQ(read_program_file(empty, read_append), 0);
     EXPECT_EQ(read_program_file(empty, read_include, 0), 0);
     EXPECT_EQ(areas.program_length, 0u);

@@ -7,6 +7,7 @@
 #include "exec/commands.h"
 #include "exec/exec_state.h"
 #include "exec/memory_areas.h"
+#include "exec/program_store.h"
 #include "exec/run_loop.h"
 #include "exec/variables.h"
 #include "longmath/long_arith.h"
@@ -45,9 +46,7 @@ protected:
         host.front_end = &scripted;
     }
     int run(const std::string& program) {
-        std::memcpy(areas.program.get(), program.data(), program.size());
-        areas.program_length = static_cast<std::uint32_t>(program.size());
-        areas.program.get()[program.size()] = 0;
+        EXPECT_TRUE(replace_program_text(program));
         return run_command_line("run");
     }
     double number(const char* name) {

@@ -29,9 +29,7 @@ protected:
     /// Runs `program` as the loaded program and returns what it printed.
     std::string run(const std::string& program) {
         fe.take();
-        std::memcpy(areas.program.get(), program.data(), program.size());
-        areas.program_length = static_cast<std::uint32_t>(program.size());
-        areas.program.get()[program.size()] = 0;
+        EXPECT_TRUE(replace_program_text(program));
         (void)run_command_line("run");
         return fe.take();
     }
