@@ -9,6 +9,7 @@
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "lang/expression_passes.h"
+#include "lang/expression_plans.h"
 #include "lang/item_listing.h"
 #include "lang/lang_state.h"
 #include "lang/scanner.h"
@@ -187,6 +188,7 @@ int evaluate(int mode) {
 
 int evaluate_expression(int mode) {
     if (stack_nearly_full()) return report_nesting_too_deep();
+    if (const int planned = run_expression_plan(mode); planned > 0) return planned;
     ++lang.scan.depth;
     const int r = evaluate(mode);
     --lang.scan.depth;

@@ -9,6 +9,9 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
+#include <vector>
+
+#include "lang/expression_plans.h"
 
 namespace tl {
 
@@ -57,6 +60,8 @@ struct NumberCacheEntry {
 struct ScanCaches {
     std::array<NameCacheEntry, name_cache_size> names{};
     std::array<NumberCacheEntry, number_cache_size> numbers{};
+    /// Plans of numeric expressions by place (plan_cache_size entries once used).
+    std::vector<ExpressionPlan> plans;
 };
 
 /// The keyword slots of `name`, straight from the tables.

@@ -33,13 +33,6 @@ constexpr int unevaluated_modes = scan_statement_position | scan_reference_only 
 
 bool declaring(int mode) { return (mode & scan_declaration_context) != 0; }
 
-/// Statement keywords that are also functions: outside statement position the
-/// function of the same name is found instead.
-bool is_shared_with_function(int slot) {
-    return slot == stmt_input || slot == stmt_mid_s || slot == stmt_read || slot == stmt_open ||
-           slot == stmt_long || slot == stmt_inputdialog || slot == stmt_updatedialog;
-}
-
 void copy_to_buffer(char* dest, std::size_t size, const char* text) {
     std::size_t n = std::strlen(text);
     if (n >= size) n = size - 1;
@@ -391,6 +384,11 @@ int scan_keyword(Item& item, int mode, std::string_view name, const NameCacheEnt
 }
 
 }  // namespace
+
+bool is_shared_with_function(int slot) {
+    return slot == stmt_input || slot == stmt_mid_s || slot == stmt_read || slot == stmt_open ||
+           slot == stmt_long || slot == stmt_inputdialog || slot == stmt_updatedialog;
+}
 
 int scan_name_item(Item& item, int mode, std::string_view name) {
     ScanState& s = lang.scan;

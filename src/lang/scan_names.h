@@ -15,6 +15,10 @@ inline constexpr int max_name_chars = 60;
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$';
 }
 
+/// Statement keywords that are also functions: outside statement position the
+/// function of the same name is found instead.
+[[nodiscard]] bool is_shared_with_function(int slot);
+
 /// Sets the error column and reports `number`; returns its negation.
 [[nodiscard]] int scan_error(int number, int column);
 
