@@ -550,6 +550,7 @@ int run_expression_plan(int mode) {
     s.result = value;
     s.sole_reference = {};
     s.constant_text[0] = 0;
+    ++lang.caches.plan_replays;
     return kind_double;
 }
 

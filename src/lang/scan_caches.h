@@ -62,6 +62,8 @@ struct ScanCaches {
     std::array<NumberCacheEntry, number_cache_size> numbers{};
     /// Plans of numeric expressions by place (plan_cache_size entries once used).
     std::vector<ExpressionPlan> plans;
+    /// Evaluations answered from a plan (for tests and measurements).
+    std::uint64_t plan_replays = 0;
 };
 
 /// The keyword slots of `name`, straight from the tables.
