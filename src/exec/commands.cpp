@@ -16,7 +16,7 @@
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
 #include "lang/scanner.h"
-#include "lang/lang_state.h"
+#include "lang/user_functions.h"
 #include "longmath/long_arith.h"
 #include "longmath/long_state.h"
 
@@ -68,7 +68,7 @@ int check_program() {
     areas.statement_number_count = 0;
     ++areas.statement_numbers_generation;
     areas.data_statement_count = 0;
-    lang.functions.count = 0;
+    clear_user_functions();
     const ExecState saved = exec;
     const bool saved_trace = exec.trace;
     reset_run_state(true);
@@ -159,7 +159,7 @@ int do_command(int slot) {
         case cmd_houseclean:
             return houseclean(true) < 0 ? -1 : 0;
         case cmd_clear:
-            lang.functions.count = 0;
+            clear_user_functions();
             clear_memory();
             return 0;
         case cmd_run:

@@ -46,6 +46,7 @@ enum SymbolKind : std::uint8_t { symbol_operand, symbol_operator, symbol_compari
 struct Symbol {
     SymbolKind kind = symbol_operand;
     bool text = false;
+    bool written = false;  // a number constant as written (not parenthesised, no sign)
     char op = 0;
     int slot = 0;
     int node = -1;
@@ -62,6 +63,9 @@ struct PlanMaker {
     const char* end = nullptr;
     Node nodes[max_plan_steps];
     int node_count = 0;
+    /// The whole expression is one number constant as written, with this text.
+    bool sole_constant = false;
+    char constant_text[max_number_text + 1] = {};
 
     int add(const Node& n) {
         if (node_count == max_plan_steps) return -1;
@@ -96,7 +100,7 @@ bool combine(PlanMaker& m, Symbol* t, int& count, int i, PlanOp op, std::uint8_t
     n.child[1] = static_cast<std::int16_t>(b.node);
     const int node = m.add(n);
     if (node < 0) return false;
-    t[i - 1] = Symbol{symbol_operand, false, 0, 0, node};
+    t[i - 1] = Symbol{symbol_operand, false, false, 0, 0, node};
     remove_symbols(t, count, i, 2);
     return true;
 }
@@ -185,7 +189,7 @@ bool reduce(PlanMaker& m, Symbol* t, int& count) {
         n.child[0] = static_cast<std::int16_t>(t[i + 1].node);
         const int node = m.add(n);
         if (node < 0) return false;
-        op = Symbol{symbol_operand, false, 0, 0, node};
+        op = Symbol{symbol_operand, false, false, 0, 0, node};
         remove_symbols(t, count, i + 1, 1);
     }
     for (const int slot : {logic_and, logic_or, logic_eor, logic_xor}) {
@@ -239,7 +243,7 @@ bool make_name(PlanMaker& m, std::string_view name, Symbol& symbol, bool& ends, 
     if (cached == nullptr) return false;
     const KeywordSlots& k = cached->slots;
     if (k.logical >= 0) {
-        symbol = Symbol{symbol_logical, false, 0, k.logical, -1};
+        symbol = Symbol{symbol_logical, false, false, 0, k.logical, -1};
         return true;
     }
     if (k.command >= 0) return false;
@@ -283,13 +287,13 @@ bool make_name(PlanMaker& m, std::string_view name, Symbol& symbol, bool& ends, 
     }
     const int node = m.add(n);
     if (node < 0) return false;
-    symbol = Symbol{symbol_operand, false, 0, 0, node};
+    symbol = Symbol{symbol_operand, false, false, 0, 0, node};
     return true;
 }
 
 /// A number constant: an operand held as text whose double is known.
 bool make_number(PlanMaker& m, Symbol& symbol) {
-    char text[max_number_text + 1];
+    char* const text = m.constant_text;  // the last one read
     const NumberText r = read_number_text(m.p, m.end, text);
     if (r.error != 0) return false;
     int digits = 0;
@@ -300,7 +304,7 @@ bool make_number(PlanMaker& m, Symbol& symbol) {
     const int node = m.add(n);
     if (node < 0) return false;
     m.p += r.length;
-    symbol = Symbol{symbol_operand, true, 0, 0, node};
+    symbol = Symbol{symbol_operand, true, true, 0, 0, node};
     return true;
 }
 
@@ -352,12 +356,12 @@ bool make_expression(PlanMaker& m, int mode, Operand& result, char& terminator, 
         }
         Symbol& s = t[count];
         if (c == '+' || c == '-' || c == '*' || c == '/' || c == '^' || c == '%') {
-            s = Symbol{symbol_operator, false, c, 0, -1};
+            s = Symbol{symbol_operator, false, false, c, 0, -1};
             ++m.p;
         } else if (c == '<' || c == '>' || c == '=') {
             for (const ComparisonForm& f : comparison_forms) {
                 if (c != f.first || (f.second != 0 && m.peek(1) != f.second)) continue;
-                s = Symbol{symbol_comparison, false, 0, f.slot, -1};
+                s = Symbol{symbol_comparison, false, false, 0, f.slot, -1};
                 m.p += f.second != 0 ? 2 : 1;
                 break;
             }
@@ -383,12 +387,13 @@ bool make_expression(PlanMaker& m, int mode, Operand& result, char& terminator, 
             Operand inner;
             char inner_end = 0;
             if (!make_expression(m, scan_in_parentheses, inner, inner_end, depth + 1)) return false;
-            s = Symbol{symbol_operand, inner.text, 0, 0, inner.node};
+            s = Symbol{symbol_operand, inner.text, false, 0, 0, inner.node};
         } else {
             return false;  // strings, "@", anything the scanner refuses
         }
         ++count;
     }
+    if (depth == 0 && count == 1 && t[0].written) m.sole_constant = true;
     if (count == 0 || !reduce(m, t, count)) return false;
     result = Operand{t[0].node, t[0].text};
     return true;
@@ -415,8 +420,15 @@ bool make_plan(const char* start, int mode, ExpressionPlan& plan) {
     m.end = lang.scan.end;
     Operand result;
     char terminator = 0;
-    // A whole expression that is a number constant stays numeric text.
-    if (!make_expression(m, mode, result, terminator, 0) || result.text) return false;
+    if (!make_expression(m, mode, result, terminator, 0)) return false;
+    // A whole expression that is a number constant stays numeric text; one
+    // that was changed (a sign, parentheses) is left to the evaluator.
+    plan.numeric_text = result.text;
+    if (result.text) {
+        const std::size_t n = std::strlen(m.constant_text);
+        if (!m.sole_constant || n >= sizeof plan.text) return false;
+        std::memcpy(plan.text, m.constant_text, n + 1);
+    }
     plan.step_count = 0;
     if (!emit(m, result.node, plan)) return false;
     plan.length = static_cast<std::uint16_t>(m.p - start);
@@ -510,7 +522,7 @@ bool replay(const ExpressionPlan& plan, double& out) {
 
 PlanStamp current_stamp() {
     return PlanStamp{areas.program_generation, areas.name_tables_generation, areas.variable_count, areas.array_count,
-                     lang.functions.count};
+                     lang.functions.generation};
 }
 
 }  // namespace
@@ -543,13 +555,24 @@ int run_expression_plan(int mode) {
         plan.usable = make_plan(p, mode, plan);
     }
     if (!plan.usable) return 0;
+    if (plan.numeric_text) {
+        // As the evaluator leaves a constant: its text, known as this double.
+        std::memcpy(s.buffer, plan.text, sizeof plan.text);
+        std::memcpy(s.constant_text, plan.text, sizeof plan.text);
+        s.constant_value = plan.steps[0].value;
+        s.sole_reference = {};
+        s.position = p + plan.length;
+        s.terminator = plan.terminator;
+        ++lang.caches.plan_replays;
+        return kind_numeric_text;
+    }
     double value = 0.0;
     if (!replay(plan, value)) return 0;
     s.position = p + plan.length;
     s.terminator = plan.terminator;
     s.result = value;
-    s.sole_reference = {};
     s.constant_text[0] = 0;
+    s.sole_reference = {};
     ++lang.caches.plan_replays;
     return kind_double;
 }

@@ -53,7 +53,7 @@ struct PlanStamp {
     std::uint32_t tables_generation = 0;
     std::uint32_t variable_count = 0;
     std::uint32_t array_count = 0;
-    int function_count = 0;
+    std::uint32_t functions_generation = 0;
     bool operator==(const PlanStamp&) const = default;
 };
 
@@ -65,6 +65,10 @@ struct ExpressionPlan {
     std::uint16_t length = 0;  ///< characters from the scan position to where the evaluation leaves it
     std::uint16_t room = 0;    ///< characters from the scan position to the end of the statement text
     char terminator = 0;       ///< lang.scan.terminator after the evaluation
+    /// The expression is one number constant: its result is this text (kind
+    /// 16), and the step is its double.
+    bool numeric_text = false;
+    char text[24] = {};
     std::uint8_t step_count = 0;
     PlanStep steps[max_plan_steps];
 };
@@ -72,8 +76,9 @@ struct ExpressionPlan {
 inline constexpr std::uint32_t plan_cache_size = 512;  // a power of two
 
 /// Evaluates the expression at the scan position from its plan, making the
-/// plan first if the place is new. Returns kind_double with the result placed
-/// as evaluate_expression places it, or 0 when the expression has no plan or
+/// plan first if the place is new. Returns kind_double (or kind_numeric_text
+/// for a lone number constant) with the result placed as evaluate_expression
+/// places it, or 0 when the expression has no plan or
 /// the plan gave up; nothing has changed then and the caller evaluates the text.
 [[nodiscard]] int run_expression_plan(int mode);
 

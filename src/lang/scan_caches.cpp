@@ -10,6 +10,7 @@
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
 #include "lang/predefined_variables.h"
+#include "lang/user_functions.h"
 
 namespace tl {
 namespace {
@@ -62,14 +63,72 @@ NameCacheEntry* cached_name(std::string_view name) {
         lower[i] = c;
         h = (h ^ static_cast<unsigned char>(c)) * 16777619u;
     }
-    NameCacheEntry& e = lang.caches.names[h & (name_cache_size - 1)];
-    if (e.length == name.size() && std::memcmp(e.name, lower, name.size()) == 0) return &e;
-    // A new name takes the slot over.
+    // Two slots per name: two names that meet in one slot do not drive each
+    // other out. A new name takes the slot that was filled longer ago.
+    h ^= h >> 15;
+    const std::size_t first = h & (name_cache_size - 2);
+    NameCacheEntry* const pair = &lang.caches.names[first];
+    for (int i = 0; i < 2; ++i) {
+        NameCacheEntry& e = pair[i];
+        if (e.length == name.size() && std::memcmp(e.name, lower, name.size()) == 0) return &e;
+    }
+    NameCacheEntry& e = pair[pair[0].serial <= pair[1].serial ? 0 : 1];
     e = NameCacheEntry{};
     std::memcpy(e.name, lower, name.size());
     e.length = static_cast<std::uint8_t>(name.size());
     e.slots = look_up_keyword_slots(std::string_view(lower, name.size()));
+    e.serial = ++lang.caches.next_serial;
     return &e;
+}
+
+namespace {
+
+/// The place record for a position in the program image, with its key; null
+/// when the position is elsewhere or the caches are off.
+NamePlace* place_for(const char* p, const char* end, std::uint32_t& key) {
+    const char* image = areas.program_image.get();
+    if (!exec.caches_enabled || image == nullptr || p < image || p >= image + areas.program_length ||
+        end - p > 0xFFFF || areas.program_image_valid < areas.program_length ||
+        areas.program_image_length != areas.program_length)
+        return nullptr;
+    std::vector<NamePlace>& places = lang.caches.places;
+    if (places.empty()) places.resize(name_place_cache_size);
+    key = static_cast<std::uint32_t>(p - image) + 1;
+    return &places[(key * 2654435761u) >> 22 & (name_place_cache_size - 1)];
+}
+
+}  // namespace
+
+NameCacheEntry* name_at_place(const char* p, const char* end, std::size_t& length) {
+    std::uint32_t key = 0;
+    const NamePlace* place = place_for(p, end, key);
+    if (place == nullptr || place->key != key || place->program_generation != areas.program_generation ||
+        place->room != end - p || place->entry == nullptr || place->entry->serial != place->serial)
+        return nullptr;
+    length = place->length;
+    return place->entry;
+}
+
+void note_name_place(std::string_view name, const char* end, NameCacheEntry* entry) {
+    std::uint32_t key = 0;
+    NamePlace* place = place_for(name.data(), end, key);
+    if (place == nullptr || entry == nullptr) return;
+    place->key = key;
+    place->program_generation = areas.program_generation;
+    place->room = static_cast<std::uint16_t>(end - name.data());
+    place->length = static_cast<std::uint8_t>(name.size());
+    place->serial = entry->serial;
+    place->entry = entry;
+}
+
+int find_user_function_via(NameCacheEntry* entry, std::string_view name) {
+    if (entry == nullptr || !holds(*entry, name)) return find_user_function(name);
+    if (!entry->function_known || entry->functions_generation != lang.functions.generation) {
+        entry->user_function = find_user_function(name);
+        entry->functions_generation = lang.functions.generation;
+        entry->function_known = true;
+    }
+    return entry->user_function;
 }
 
 int find_variable_via(NameCacheEntry* entry, std::string_view name) {

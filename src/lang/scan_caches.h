@@ -29,7 +29,7 @@ struct KeywordSlots {
 
 /// Longest name (and number text) kept; longer ones are looked up each time.
 inline constexpr std::size_t cached_text_max = 23;
-inline constexpr std::size_t name_cache_size = 256;    // a power of two
+inline constexpr std::size_t name_cache_size = 512;    // a power of two
 inline constexpr std::size_t number_cache_size = 256;  // a power of two
 
 struct NameCacheEntry {
@@ -44,7 +44,28 @@ struct NameCacheEntry {
     std::uint32_t array_count = 0;
     std::int32_t variable = -1;
     std::int32_t array = -1;
+    /// The user-defined function of the name while the function table was
+    /// in generation `functions_generation`.
+    bool function_known = false;
+    std::uint32_t functions_generation = 0;
+    std::int32_t user_function = -1;
+    /// Given anew whenever the entry takes another name (places check it).
+    std::uint32_t serial = 0;
 };
+
+/// A name met at a place in the program text: its length and the name-cache
+/// entry that held it, so that meeting it there again skips reading and
+/// hashing the name.
+struct NamePlace {
+    std::uint32_t key = 0;  ///< program offset + 1 of the name's first character; 0: unused
+    std::uint32_t program_generation = 0;
+    std::uint16_t room = 0;  ///< characters from the name to the end of the statement text
+    std::uint8_t length = 0;
+    std::uint32_t serial = 0;
+    NameCacheEntry* entry = nullptr;
+};
+
+inline constexpr std::size_t name_place_cache_size = 1024;  // a power of two
 
 /// A number constant read at a Program Buffer offset: its text with the
 /// character that ended it, so a hit is checked against the text itself.
@@ -62,6 +83,9 @@ struct ScanCaches {
     std::array<NumberCacheEntry, number_cache_size> numbers{};
     /// Plans of numeric expressions by place (plan_cache_size entries once used).
     std::vector<ExpressionPlan> plans;
+    /// Names by place (name_place_cache_size entries once used).
+    std::vector<NamePlace> places;
+    std::uint32_t next_serial = 0;
     /// Evaluations answered from a plan (for tests and measurements).
     std::uint64_t plan_replays = 0;
 };
@@ -72,6 +96,17 @@ struct ScanCaches {
 /// The cache entry of `name` with its keyword slots filled, or null when the
 /// caches are off or the name is too long to keep.
 [[nodiscard]] NameCacheEntry* cached_name(std::string_view name);
+
+/// The name-cache entry of the name starting at `p` in the program image,
+/// when this place was met before and the entry still holds the name; its
+/// length in `length`. Null otherwise (read the name and use note_name_place).
+[[nodiscard]] NameCacheEntry* name_at_place(const char* p, const char* end, std::size_t& length);
+/// Records that the name `name` (starting in the program image, read up to
+/// `end`) has the cache entry `entry`.
+void note_name_place(std::string_view name, const char* end, NameCacheEntry* entry);
+
+/// find_user_function through an entry of cached_name (null: direct look-up).
+[[nodiscard]] int find_user_function_via(NameCacheEntry* entry, std::string_view name);
 
 /// find_variable / find_array through an entry of cached_name (null: direct look-up).
 [[nodiscard]] int find_variable_via(NameCacheEntry* entry, std::string_view name);

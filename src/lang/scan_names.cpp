@@ -313,7 +313,7 @@ int argument_value(Item& item, int index) {
 /// Steps 10.1 to 10.7: logical operators, commands, statements, predefined
 /// variables, builtin functions, user-defined functions, special functions.
 /// Returns 0 when the name is none of them.
-int scan_keyword(Item& item, int mode, std::string_view name, const NameCacheEntry* cached) {
+int scan_keyword(Item& item, int mode, std::string_view name, NameCacheEntry* cached) {
     const bool evaluate = (mode & unevaluated_modes) == 0;
     const KeywordSlots* known = cached != nullptr ? &cached->slots : nullptr;
     int slot = known != nullptr ? known->logical : find_keyword(Table::logical_operators, name);
@@ -357,7 +357,7 @@ int scan_keyword(Item& item, int mode, std::string_view name, const NameCacheEnt
         if (declaring(mode)) return scan_error(err_function_invalid_long_dimension, item.column);
         return call_function(item, slot);
     }
-    const int user = find_user_function(name);
+    const int user = find_user_function_via(cached, name);
     if (user >= 0) {
         if ((mode & scan_name_only) != 0) return scan_name;
         item.word = fn_placeholder_41;
@@ -390,10 +390,10 @@ bool is_shared_with_function(int slot) {
            slot == stmt_long || slot == stmt_inputdialog || slot == stmt_updatedialog;
 }
 
-int scan_name_item(Item& item, int mode, std::string_view name) {
+int scan_name_item(Item& item, int mode, std::string_view name, NameCacheEntry* entry) {
     ScanState& s = lang.scan;
     remember_name(name);
-    NameCacheEntry* const cached = cached_name(name);
+    NameCacheEntry* const cached = entry != nullptr ? entry : cached_name(name);
     if ((mode & scan_variables_only) == 0) {
         const int k = scan_keyword(item, mode, name, cached);
         if (k != 0) return k;

@@ -9,6 +9,8 @@
 
 namespace tl {
 
+struct NameCacheEntry;
+
 inline constexpr int max_name_chars = 60;
 
 [[nodiscard]] inline bool is_name_char(char c) {
@@ -22,8 +24,9 @@ inline constexpr int max_name_chars = 60;
 /// Sets the error column and reports `number`; returns its negation.
 [[nodiscard]] int scan_error(int number, int column);
 
-/// Step 10 of get_item for a name already read (the scan position is after it).
-[[nodiscard]] int scan_name_item(Item& item, int mode, std::string_view name);
+/// Step 10 of get_item for a name already read (the scan position is after
+/// it); `entry` is its name-cache entry if the caller has it.
+[[nodiscard]] int scan_name_item(Item& item, int mode, std::string_view name, NameCacheEntry* entry = nullptr);
 
 /// "@(expression)": the name is read from the string value of the expression.
 [[nodiscard]] int scan_indirect_name(Item& item, int mode);

@@ -18,6 +18,7 @@
 #include "lang/lang_state.h"
 #include "lang/number_text.h"
 #include "lang/numeric_operands.h"
+#include "lang/scan_caches.h"
 #include "lang/scan_names.h"
 
 namespace tl {
@@ -285,11 +286,19 @@ int get_item(Item& item, int mode) {
     if (c == '@') return scan_indirect_name(item, mode);
     if (is_letter(c)) {
         const char* begin = s.position;
+        std::size_t length = 0;
+        if (NameCacheEntry* known = name_at_place(begin, s.end, length)) {
+            s.position += length;
+            return scan_name_item(item, mode, std::string_view(begin, length), known);
+        }
         while (s.position < s.end && is_name_char(*s.position)) {
             if (s.position - begin == max_name_chars) return scan_error(err_name_too_long, item.column);
             ++s.position;
         }
-        return scan_name_item(item, mode, std::string_view(begin, static_cast<std::size_t>(s.position - begin)));
+        const std::string_view name(begin, static_cast<std::size_t>(s.position - begin));
+        NameCacheEntry* entry = cached_name(name);
+        note_name_place(name, s.end, entry);
+        return scan_name_item(item, mode, name, entry);
     }
     if (is_digit(c) || c == '.') return scan_number(item, mode);
     if (c == '"') return scan_string(item, mode);

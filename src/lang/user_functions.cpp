@@ -17,6 +17,11 @@ void copy_name(char (&dest)[max_function_name + 1], std::string_view name) {
 
 }  // namespace
 
+void clear_user_functions() {
+    lang.functions.count = 0;
+    ++lang.functions.generation;
+}
+
 int find_user_function(std::string_view name) {
     const UserFunctionTable& t = lang.functions;
     for (int i = 0; i < t.count; ++i) {
@@ -46,6 +51,7 @@ int add_user_function(std::string_view name, const std::string_view* arguments, 
     copy_name(f.name, name);
     for (int i = 0; i < count; ++i) copy_name(f.arguments[i], arguments[i]);
     f.argument_count = count;
+    ++t.generation;
     return t.count++;
 }
 

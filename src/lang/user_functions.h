@@ -35,11 +35,17 @@ inline constexpr int max_function_nesting = 199;
 struct UserFunctionTable {
     std::array<UserFunction, max_user_functions> entries{};
     int count = 0;
+    /// Raised whenever the table is emptied or a definition is added; cached
+    /// look-ups check it.
+    std::uint32_t generation = 0;
     /// Calls in progress (nested through their arguments and bodies).
     int call_depth = 0;
     /// The multi-line definition whose body the check pass is in, or -1.
     int open_definition = -1;
 };
+
+/// Empties the table.
+void clear_user_functions();
 
 /// Index of the definition named `name` (letter case ignored), or -1.
 [[nodiscard]] int find_user_function(std::string_view name);
