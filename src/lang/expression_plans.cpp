@@ -1,11 +1,12 @@
-// expression_plans.cpp — making and replaying plans of numeric expressions.
+// expression_plans.cpp — making and replaying plans of expressions.
 //
 // The plan maker reads the text as get_item would in the evaluation modes
 // (statement level, parentheses, parameter lists) and reduces the Items the
 // way the evaluator's seven passes do, on operands that are tree nodes
-// instead of values. Anything it does not follow exactly — strings, long
-// numbers, other functions, names it would have to create, any syntax the
-// evaluator would refuse — leaves the expression without a plan.
+// instead of values; the kind of every operand (double, number text, string)
+// is known from the text and the tables. Anything it does not follow exactly
+// — long numbers, other functions, names it would have to create, any syntax
+// or type the evaluator would refuse — leaves the expression without a plan.
 #include "lang/expression_plans.h"
 
 #include <cmath>
@@ -15,6 +16,7 @@
 
 #include "exec/exec_state.h"
 #include "exec/memory_areas.h"
+#include "exec/string_space.h"
 #include "lang/evaluator.h"
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
@@ -30,42 +32,93 @@ namespace {
 
 // ---- making a plan --------------------------------------------------------
 
+/// The kind of an operand: a double, a number constant still held as text
+/// (a double wherever a number is needed), or a string.
+enum ValueKind : std::uint8_t { value_double, value_number_text, value_string };
+
 struct Node {
     PlanOp op = plan_constant;
-    std::uint8_t count = 0;  // children, or the comparison slot of plan_compare
+    std::uint8_t count = 0;  // subscripts, parameters or the comparison slot
     std::uint8_t children = 0;
+    std::uint16_t length = 0;
     std::uint32_t index = 0;
     double value = 0.0;
     std::int16_t child[max_parameters] = {};
+    /// A number constant held as text: the length of its text, and whether
+    /// the text starts with "-" (a sign taken by it turns that).
+    std::uint16_t text_length = 0;
+    bool negative_text = false;
+};
+
+/// An event of the evaluator's temporary string space, by node.
+struct MakerEvent {
+    PlanEventType type = event_hold;
+    int node = -1;
+    std::uint16_t size = 0;
 };
 
 enum SymbolKind : std::uint8_t { symbol_operand, symbol_operator, symbol_comparison, symbol_logical };
 
-/// An Item of the symbolic table: an operand (a node; `text` while it is a
-/// number constant still held as text) or an operator.
+/// An Item of the symbolic table: an operand (a node) or an operator.
 struct Symbol {
     SymbolKind kind = symbol_operand;
-    bool text = false;
-    bool written = false;  // a number constant as written (not parenthesised, no sign)
+    ValueKind value = value_double;
+    bool written = false;  // a number constant as written (no sign, no parentheses)
+    bool name = false;     // a string variable or element as written
     char op = 0;
     int slot = 0;
     int node = -1;
 };
 
+Symbol operand(int node, ValueKind value) {
+    Symbol s;
+    s.value = value;
+    s.node = node;
+    return s;
+}
+
+Symbol operator_symbol(SymbolKind kind, char op, int slot) {
+    Symbol s;
+    s.kind = kind;
+    s.op = op;
+    s.slot = slot;
+    return s;
+}
+
 /// The result of one (sub-)expression.
 struct Operand {
     int node = -1;
-    bool text = false;
+    ValueKind value = value_double;
 };
 
 struct PlanMaker {
     const char* p = nullptr;
     const char* end = nullptr;
+    ExpressionPlan* plan = nullptr;  // for its text pool
     Node nodes[max_plan_steps];
     int node_count = 0;
-    /// The whole expression is one number constant as written, with this text.
+    /// The whole expression is one number constant as written, with this
+    /// text, or one string variable or element.
     bool sole_constant = false;
+    bool sole_name = false;
     char constant_text[max_number_text + 1] = {};
+    MakerEvent events[max_plan_events];
+    int event_count = 0;
+    bool events_full = false;
+    int step_of[max_plan_steps] = {};
+
+    void event(PlanEventType type, int node = -1, std::size_t size = 0) {
+        if (event_count == max_plan_events) {
+            events_full = true;
+            return;
+        }
+        events[event_count++] = MakerEvent{type, node, static_cast<std::uint16_t>(size)};
+    }
+    /// The evaluator holds the operand's text in temporary space (strings and number texts).
+    void hold(int node, ValueKind value) {
+        if (value == value_string) event(event_hold_step, node);
+        if (value == value_number_text) event(event_hold, -1, nodes[node].text_length + 1u);
+    }
 
     int add(const Node& n) {
         if (node_count == max_plan_steps) return -1;
@@ -86,23 +139,29 @@ void remove_symbols(Symbol* t, int& count, int at, int n) {
     count -= n;
 }
 
-/// Replaces operand-operator-operand at `i` by a node of `op` over both operands.
-bool combine(PlanMaker& m, Symbol* t, int& count, int i, PlanOp op, std::uint8_t slot = 0) {
-    if (i == 0 || i + 1 >= count) return false;
-    const Symbol& a = t[i - 1];
-    const Symbol& b = t[i + 1];
-    if (a.kind != symbol_operand || b.kind != symbol_operand) return false;
-    Node n;
-    n.op = op;
-    n.count = slot;
-    n.children = 2;
-    n.child[0] = static_cast<std::int16_t>(a.node);
-    n.child[1] = static_cast<std::int16_t>(b.node);
-    const int node = m.add(n);
+/// A node of `op` over `n` operands.
+int add_node(PlanMaker& m, PlanOp op, const Operand* operands, int n, std::uint8_t count = 0) {
+    Node node;
+    node.op = op;
+    node.count = count;
+    node.children = static_cast<std::uint8_t>(n);
+    for (int i = 0; i < n; ++i) node.child[i] = static_cast<std::int16_t>(operands[i].node);
+    return m.add(node);
+}
+
+/// Replaces operand-operator-operand at `i` by a node of `op` giving `result`.
+bool combine(PlanMaker& m, Symbol* t, int& count, int i, PlanOp op, ValueKind result, std::uint8_t slot = 0) {
+    const Operand both[2] = {{t[i - 1].node, t[i - 1].value}, {t[i + 1].node, t[i + 1].value}};
+    const int node = add_node(m, op, both, 2, slot);
     if (node < 0) return false;
-    t[i - 1] = Symbol{symbol_operand, false, false, 0, 0, node};
+    t[i - 1] = operand(node, result);
     remove_symbols(t, count, i, 2);
     return true;
+}
+
+/// Both neighbours of the operator at `i` are operands.
+bool has_operands(const Symbol* t, int count, int i) {
+    return i > 0 && i + 1 < count && t[i - 1].kind == symbol_operand && t[i + 1].kind == symbol_operand;
 }
 
 PlanOp arithmetic_op(char c) {
@@ -119,7 +178,7 @@ PlanOp arithmetic_op(char c) {
 /// The evaluator's passes over the symbolic table; false wherever a pass
 /// would report an error.
 bool reduce(PlanMaker& m, Symbol* t, int& count) {
-    // Unary signs.
+    // Unary signs: a sign turns the next one, or is taken by a number.
     for (int i = 0; i < count;) {
         Symbol& op = t[i];
         if (op.kind != symbol_operator) {
@@ -135,30 +194,34 @@ bool reduce(PlanMaker& m, Symbol* t, int& count) {
             ++i;
             continue;
         }
+        const bool number = next.kind == symbol_operand && next.value != value_string;
         if (op.op == '-') {
             if (is_sign(next)) {
                 next.op = next.op == '+' ? '-' : '+';
             } else {
-                if (next.kind != symbol_operand) return false;
+                if (!number) return false;
                 if (m.nodes[next.node].op == plan_constant) {
                     Node n = m.nodes[next.node];
                     n.value = -n.value;
+                    if (next.value == value_number_text) {
+                        // The text turns too, into a new temporary text.
+                        n.text_length = static_cast<std::uint16_t>(n.negative_text ? n.text_length - 1 : n.text_length + 1);
+                        n.negative_text = !n.negative_text;
+                        m.event(event_hold, -1, n.text_length + 1u);
+                    }
                     next.node = m.add(n);
                 } else {
-                    Node n;
-                    n.op = plan_negate;
-                    n.children = 1;
-                    n.child[0] = static_cast<std::int16_t>(next.node);
-                    next.node = m.add(n);
+                    const Operand one{next.node, next.value};
+                    next.node = add_node(m, plan_negate, &one, 1);
                 }
                 if (next.node < 0) return false;
             }
-        } else if (!is_sign(next) && next.kind != symbol_operand) {
+        } else if (!is_sign(next) && !number) {
             return false;
         }
         remove_symbols(t, count, i, 1);
     }
-    // Power, then multiply and divide, then add and subtract: left to right.
+    // Power, then multiply and divide, then add and subtract (or join): left to right.
     for (const char* group : {"^", "*/%", "+-"}) {
         for (int i = 0; i < count;) {
             const Symbol& op = t[i];
@@ -166,7 +229,17 @@ bool reduce(PlanMaker& m, Symbol* t, int& count) {
                 ++i;
                 continue;
             }
-            if (!combine(m, t, count, i, arithmetic_op(op.op))) return false;
+            if (!has_operands(t, count, i)) return false;
+            const bool left_string = t[i - 1].value == value_string;
+            const bool right_string = t[i + 1].value == value_string;
+            if (op.op == '+' && left_string && right_string) {
+                m.event(event_join_check);
+                if (!combine(m, t, count, i, plan_join, value_string)) return false;
+                m.event(event_hold_step, t[i - 1].node);
+                continue;
+            }
+            if (left_string || right_string) return false;
+            if (!combine(m, t, count, i, arithmetic_op(op.op), value_double)) return false;
         }
     }
     // Comparisons; one left last makes the expression fail as a whole.
@@ -175,21 +248,21 @@ bool reduce(PlanMaker& m, Symbol* t, int& count) {
             ++i;
             continue;
         }
-        if (i == count - 1) return false;
-        if (!combine(m, t, count, i, plan_compare, static_cast<std::uint8_t>(t[i].slot))) return false;
+        if (!has_operands(t, count, i)) return false;
+        const bool left_string = t[i - 1].value == value_string;
+        if (left_string != (t[i + 1].value == value_string)) return false;
+        const PlanOp op = left_string ? plan_text_compare : plan_compare;
+        if (!combine(m, t, count, i, op, value_double, static_cast<std::uint8_t>(t[i].slot))) return false;
     }
-    // NOT, then AND, OR, EOR and XOR.
+    // NOT, then AND, OR, EOR and XOR; strings are true when not empty.
     for (int i = 0; i < count; ++i) {
         Symbol& op = t[i];
         if (op.kind != symbol_logical || op.slot != logic_not) continue;
         if (i == count - 1 || t[i + 1].kind != symbol_operand) return false;
-        Node n;
-        n.op = plan_not;
-        n.children = 1;
-        n.child[0] = static_cast<std::int16_t>(t[i + 1].node);
-        const int node = m.add(n);
+        const Operand one{t[i + 1].node, t[i + 1].value};
+        const int node = add_node(m, plan_not, &one, 1);
         if (node < 0) return false;
-        op = Symbol{symbol_operand, false, false, 0, 0, node};
+        op = operand(node, value_double);
         remove_symbols(t, count, i + 1, 1);
     }
     for (const int slot : {logic_and, logic_or, logic_eor, logic_xor}) {
@@ -199,7 +272,7 @@ bool reduce(PlanMaker& m, Symbol* t, int& count) {
                 ++i;
                 continue;
             }
-            if (!combine(m, t, count, i, op)) return false;
+            if (!has_operands(t, count, i) || !combine(m, t, count, i, op, value_double)) return false;
         }
     }
     return count == 1 && t[0].kind == symbol_operand;
@@ -207,8 +280,8 @@ bool reduce(PlanMaker& m, Symbol* t, int& count) {
 
 bool make_expression(PlanMaker& m, int mode, Operand& result, char& terminator, int depth);
 
-/// "(p1, p2, ...)" after a function or array name: each parameter an operand.
-/// Returns the count, or -1 when there is no plan.
+/// "(p1, p2, ...)" after a function or array name. Returns the count, or -1
+/// when there is no plan.
 int make_parameters(PlanMaker& m, Operand* params, int depth) {
     m.skip_blanks();
     if (m.peek() != '(') return -1;
@@ -218,22 +291,71 @@ int make_parameters(PlanMaker& m, Operand* params, int depth) {
         m.skip_blanks();
         char ended_on = 0;
         if (!make_expression(m, scan_in_parentheses | scan_separators, params[count], ended_on, depth + 1)) return -1;
+        m.hold(params[count].node, params[count].value);
         ++count;
         if (ended_on == ')') return count;
         if (count == max_parameters) return -1;
     }
 }
 
-/// A builtin function of one double that the plan computes itself.
-bool planned_function(int slot, PlanOp& op) {
-    switch (slot) {
-        case fn_abs: op = plan_abs; return true;
-        case fn_sgn: op = plan_sgn; return true;
-        case fn_fix: op = plan_fix; return true;
-        case fn_int: op = plan_int; return true;
-        case fn_sqr: op = plan_sqr; return true;
-        default: return false;
+/// A builtin function the plan computes itself: its step, its parameter
+/// kinds ('n' a number, 's' a string; upper case when the parameter may be
+/// left out at the front or back) and the kind of its result.
+struct PlannedFunction {
+    int slot;
+    PlanOp op;
+    const char* parameters;
+    ValueKind result;
+};
+
+constexpr PlannedFunction planned_functions[] = {
+    {fn_sgn, plan_sgn, "n", value_double},       {fn_fix, plan_fix, "n", value_double},
+    {fn_int, plan_int, "n", value_double},       {fn_sqr, plan_sqr, "n", value_double},
+    {fn_len, plan_len, "s", value_double},       {fn_asc, plan_asc, "s", value_double},
+    {fn_chr_s, plan_chr, "n", value_string},     {fn_mid_s, plan_mid, "snN", value_string},
+    {fn_left_s, plan_left, "sn", value_string},  {fn_right_s, plan_right, "sn", value_string},
+    {fn_instr, plan_instr, "Nss", value_double},
+};
+
+/// A call of a planned function, its parameters read; false when it has none
+/// or the evaluator would refuse the parameters.
+bool make_call(PlanMaker& m, int slot, Node& n, ValueKind& result, int depth) {
+    if (slot == fn_abs) {  // abs keeps a number text as text; only doubles here
+        Operand arg[max_parameters];
+        m.event(event_mark);
+        if (make_parameters(m, arg, depth) != 1 || arg[0].value != value_double) return false;
+        m.event(event_release);
+        n.op = plan_abs;
+        n.children = 1;
+        n.child[0] = static_cast<std::int16_t>(arg[0].node);
+        result = value_double;
+        return true;
     }
+    const PlannedFunction* f = nullptr;
+    for (const PlannedFunction& candidate : planned_functions)
+        if (candidate.slot == slot) f = &candidate;
+    if (f == nullptr) return false;
+    Operand args[max_parameters];
+    m.event(event_mark);
+    const int count = make_parameters(m, args, depth);
+    m.event(event_release);
+    const int most = static_cast<int>(std::strlen(f->parameters));
+    int optional = 0;
+    for (const char* q = f->parameters; *q != 0; ++q) optional += (*q == 'N') ? 1 : 0;
+    if (count < most - optional || count > most) return false;
+    // An optional parameter in front is the one left out when fewer are given.
+    const int skip = (count < most && f->parameters[0] == 'N') ? 1 : 0;
+    for (int i = 0; i < count; ++i) {
+        const char want = f->parameters[i + skip];
+        const bool is_string = args[i].value == value_string;
+        if ((want == 's') != is_string) return false;
+        n.child[i] = static_cast<std::int16_t>(args[i].node);
+    }
+    n.op = f->op;
+    n.children = static_cast<std::uint8_t>(count);
+    n.count = static_cast<std::uint8_t>(count);
+    result = f->result;
+    return true;
 }
 
 /// A name in an expression, already read: its operand, or a statement keyword
@@ -243,7 +365,7 @@ bool make_name(PlanMaker& m, std::string_view name, Symbol& symbol, bool& ends, 
     if (cached == nullptr) return false;
     const KeywordSlots& k = cached->slots;
     if (k.logical >= 0) {
-        symbol = Symbol{symbol_logical, false, false, 0, k.logical, -1};
+        symbol = operator_symbol(symbol_logical, 0, k.logical);
         return true;
     }
     if (k.command >= 0) return false;
@@ -253,13 +375,11 @@ bool make_name(PlanMaker& m, std::string_view name, Symbol& symbol, bool& ends, 
     }
     if (k.predefined >= 0) return false;
     Node n;
+    ValueKind value = value_double;
+    bool is_name = false;
     if (k.function >= 0) {
-        if (!planned_function(k.function, n.op)) return false;
-        Operand arg[max_parameters];
-        if (make_parameters(m, arg, depth) != 1 || arg[0].text) return false;
-        n.children = 1;
-        n.child[0] = static_cast<std::int16_t>(arg[0].node);
-    } else if (find_user_function(name) >= 0 || k.special >= 0) {
+        if (!make_call(m, k.function, n, value, depth)) return false;
+    } else if (find_user_function_via(cached, name) >= 0 || k.special >= 0) {
         return false;
     } else {
         const char* after = m.p;
@@ -267,27 +387,39 @@ bool make_name(PlanMaker& m, std::string_view name, Symbol& symbol, bool& ends, 
         const bool element = m.peek() == '(';
         m.p = after;
         ArrayEntry* a = find_array_via(cached, name);
+        is_name = true;
         if (element) {
-            if (a == nullptr || a->type != kind_double) return false;
+            if (a == nullptr || (a->type != kind_double && a->type != kind_string)) return false;
             Operand subscripts[max_parameters];
+            m.event(event_mark);
             const int count = make_parameters(m, subscripts, depth);
+            m.event(event_release);
             if (count < 0 || count != a->dimensions) return false;
-            n.op = plan_element;
+            for (int i = 0; i < count; ++i) {
+                if (subscripts[i].value == value_string) return false;
+                n.child[i] = static_cast<std::int16_t>(subscripts[i].node);
+            }
+            value = a->type == kind_string ? value_string : value_double;
+            n.op = value == value_string ? plan_text_element : plan_element;
             n.index = static_cast<std::uint32_t>(a - areas.arrays.get());
             n.children = static_cast<std::uint8_t>(count);
             n.count = static_cast<std::uint8_t>(count);
-            for (int i = 0; i < count; ++i) n.child[i] = static_cast<std::int16_t>(subscripts[i].node);
         } else {
             if (a != nullptr) return false;
             const int index = find_variable_via(cached, name);
-            if (index < 0 || areas.variables[index].type != kind_double) return false;
-            n.op = plan_variable;
+            if (index < 0) return false;
+            const std::uint32_t type = areas.variables[index].type;
+            if (type != kind_double && type != kind_string) return false;
+            value = type == kind_string ? value_string : value_double;
+            n.op = value == value_string ? plan_text_variable : plan_variable;
             n.index = static_cast<std::uint32_t>(index);
         }
     }
     const int node = m.add(n);
     if (node < 0) return false;
-    symbol = Symbol{symbol_operand, false, false, 0, 0, node};
+    symbol = operand(node, value);
+    symbol.name = is_name && value == value_string;
+    m.hold(node, value);
     return true;
 }
 
@@ -301,10 +433,57 @@ bool make_number(PlanMaker& m, Symbol& symbol) {
     Node n;
     n.value = std::strtod(text, nullptr);
     if (!std::isfinite(n.value)) return false;
+    n.text_length = static_cast<std::uint16_t>(r.length);
     const int node = m.add(n);
     if (node < 0) return false;
+    m.hold(node, value_number_text);
     m.p += r.length;
-    symbol = Symbol{symbol_operand, true, true, 0, 0, node};
+    symbol = operand(node, value_number_text);
+    symbol.written = true;
+    return true;
+}
+
+/// A string constant, its escapes read as the scanner reads them, into the pool.
+bool make_string(PlanMaker& m, Symbol& symbol) {
+    ExpressionPlan& plan = *m.plan;
+    const std::size_t start = plan.pool_used;
+    std::size_t n = 0;
+    ++m.p;  // the opening quote
+    for (;;) {
+        if (m.at_end()) return false;
+        char c = *m.p;
+        if (c == '"') {
+            ++m.p;
+            break;
+        }
+        if (c == '\\') {
+            ++m.p;
+            if (m.at_end()) return false;
+            c = *m.p;
+            switch (c) {
+                case 'r': c = '\r'; break;
+                case 'n': c = '\n'; break;
+                case '+': c = 15; break;
+                case '-': c = 14; break;
+                default: break;
+            }
+        }
+        if (n >= scan_buffer_size - 2 || start + n >= sizeof plan.pool) return false;
+        plan.pool[start + n++] = c;
+        ++m.p;
+    }
+    // A NUL from "\0"-like text would end the scanner's copy there.
+    const void* nul = std::memchr(plan.pool + start, 0, n);
+    if (nul != nullptr) n = static_cast<std::size_t>(static_cast<const char*>(nul) - (plan.pool + start));
+    plan.pool_used = static_cast<std::uint16_t>(start + n);
+    Node node;
+    node.op = plan_text_constant;
+    node.index = static_cast<std::uint32_t>(start);
+    node.length = static_cast<std::uint16_t>(n);
+    const int added = m.add(node);
+    if (added < 0) return false;
+    if (n > 0) m.event(event_hold, -1, n + 1);
+    symbol = operand(added, value_string);
     return true;
 }
 
@@ -356,12 +535,12 @@ bool make_expression(PlanMaker& m, int mode, Operand& result, char& terminator, 
         }
         Symbol& s = t[count];
         if (c == '+' || c == '-' || c == '*' || c == '/' || c == '^' || c == '%') {
-            s = Symbol{symbol_operator, false, false, c, 0, -1};
+            s = operator_symbol(symbol_operator, c, 0);
             ++m.p;
         } else if (c == '<' || c == '>' || c == '=') {
             for (const ComparisonForm& f : comparison_forms) {
                 if (c != f.first || (f.second != 0 && m.peek(1) != f.second)) continue;
-                s = Symbol{symbol_comparison, false, false, 0, f.slot, -1};
+                s = operator_symbol(symbol_comparison, 0, f.slot);
                 m.p += f.second != 0 ? 2 : 1;
                 break;
             }
@@ -382,20 +561,26 @@ bool make_expression(PlanMaker& m, int mode, Operand& result, char& terminator, 
             }
         } else if ((c >= '0' && c <= '9') || c == '.') {
             if (!make_number(m, s)) return false;
+        } else if (c == '"') {
+            if (!make_string(m, s)) return false;
         } else if (c == '(') {
             ++m.p;
             Operand inner;
             char inner_end = 0;
             if (!make_expression(m, scan_in_parentheses, inner, inner_end, depth + 1)) return false;
-            s = Symbol{symbol_operand, inner.text, false, 0, 0, inner.node};
+            m.hold(inner.node, inner.value);
+            s = operand(inner.node, inner.value);
         } else {
-            return false;  // strings, "@", anything the scanner refuses
+            return false;  // "@", anything the scanner refuses
         }
         ++count;
     }
-    if (depth == 0 && count == 1 && t[0].written) m.sole_constant = true;
+    if (depth == 0 && count == 1) {
+        m.sole_constant = t[0].written;
+        m.sole_name = t[0].name;
+    }
     if (count == 0 || !reduce(m, t, count)) return false;
-    result = Operand{t[0].node, t[0].text};
+    result = Operand{t[0].node, t[0].value};
     return true;
 }
 
@@ -405,11 +590,13 @@ bool emit(const PlanMaker& m, int node, ExpressionPlan& plan) {
     for (int i = 0; i < n.children; ++i)
         if (!emit(m, n.child[i], plan)) return false;
     if (plan.step_count == max_plan_steps) return false;
+    const_cast<PlanMaker&>(m).step_of[node] = plan.step_count;
     PlanStep& step = plan.steps[plan.step_count++];
     step.op = n.op;
     step.count = n.count;
     step.index = n.index;
     step.value = n.value;
+    step.length = n.length;
     return true;
 }
 
@@ -418,19 +605,55 @@ bool make_plan(const char* start, int mode, ExpressionPlan& plan) {
     PlanMaker m;
     m.p = start;
     m.end = lang.scan.end;
+    m.plan = &plan;
+    plan.pool_used = 0;
     Operand result;
     char terminator = 0;
     if (!make_expression(m, mode, result, terminator, 0)) return false;
     // A whole expression that is a number constant stays numeric text; one
     // that was changed (a sign, parentheses) is left to the evaluator.
-    plan.numeric_text = result.text;
-    if (result.text) {
+    plan.numeric_text = result.value == value_number_text;
+    if (plan.numeric_text) {
         const std::size_t n = std::strlen(m.constant_text);
         if (!m.sole_constant || n >= sizeof plan.text) return false;
         std::memcpy(plan.text, m.constant_text, n + 1);
     }
+    plan.string_result = result.value == value_string;
+    plan.sole_name = plan.string_result && m.sole_name;
     plan.step_count = 0;
     if (!emit(m, result.node, plan)) return false;
+    // One string element alone is left to the evaluator (it names the element for write-back).
+    if (plan.sole_name && plan.steps[plan.step_count - 1].op != plan_text_variable) return false;
+    if (m.events_full) return false;
+    plan.event_count = static_cast<std::uint8_t>(m.event_count);
+    plan.numbers_only = !plan.string_result;
+    for (int i = 0; i < m.event_count; ++i) {
+        const MakerEvent& e = m.events[i];
+        plan.events[i] = PlanEvent{e.type, static_cast<std::uint8_t>(e.node >= 0 ? m.step_of[e.node] : 0), e.size};
+        if (e.type == event_hold_step || e.type == event_join_check) plan.numbers_only = false;
+    }
+    for (int i = 0; i < plan.step_count; ++i)
+        if (plan.steps[i].op >= plan_text_constant) plan.numbers_only = false;
+    if (plan.numbers_only) {
+        // The space figures of the events, from a start of 0.
+        std::uint32_t used = 0;
+        std::uint32_t marks[max_plan_events];
+        int depth = 0;
+        plan.space_needed = plan.space_peak = 0;
+        for (int i = 0; i < plan.event_count; ++i) {
+            const PlanEvent& e = plan.events[i];
+            if (e.type == event_hold && e.size > 1) {
+                used += e.size;
+                if (used > plan.space_needed) plan.space_needed = used;
+            } else if (e.type == event_mark) {
+                marks[depth++] = used;
+            } else if (e.type == event_release) {
+                if (used + 1 > plan.space_peak) plan.space_peak = used + 1;
+                used = marks[--depth];
+            }
+        }
+        plan.space_after = used;
+    }
     plan.length = static_cast<std::uint16_t>(m.p - start);
     plan.terminator = terminator;
     return true;
@@ -438,10 +661,121 @@ bool make_plan(const char* start, int mode, ExpressionPlan& plan) {
 
 // ---- replaying a plan -------------------------------------------------------
 
-bool truth(double x) { return x != 0.0; }
+/// A value on the replay stack: a double, or a string of `length` characters
+/// at `text` (no NUL inside; not terminated).
+struct Value {
+    double number = 0.0;
+    const char* text = nullptr;
+    std::size_t length = 0;
+};
 
-/// The plan's value in `out`; false where the evaluator would report an error.
-bool replay(const ExpressionPlan& plan, double& out) {
+/// Where joined and made strings live while a plan is replayed.
+struct Scratch {
+    char texts[max_plan_steps][max_string_length + 1];
+    int used = 0;
+};
+
+bool truth(const Value& v) { return v.text != nullptr ? v.length > 0 : v.number != 0.0; }
+
+Value text_value(const char* text) {
+    std::size_t n = std::strlen(text);
+    if (n > max_string_length) n = max_string_length;  // as the scanner's copy keeps it
+    return Value{0.0, text, n};
+}
+
+int text_order(const Value& a, const Value& b) {
+    const std::size_t n = a.length < b.length ? a.length : b.length;
+    const int c = std::memcmp(a.text, b.text, n);
+    if (c != 0) return c < 0 ? -1 : 1;
+    return a.length == b.length ? 0 : (a.length < b.length ? -1 : 1);
+}
+
+bool compare(int slot, int order) {
+    switch (slot) {
+        case cmp_eq: return order == 0;
+        case cmp_lt: return order < 0;
+        case cmp_gt: return order > 0;
+        case cmp_le: return order <= 0;
+        case cmp_ge: return order >= 0;
+        default: return order != 0;
+    }
+}
+
+/// An element's place from the subscripts on the stack; false when out of range.
+bool element_offset(const ArrayEntry& a, const Value* subscripts, int count, std::int64_t& offset) {
+    if (a.dimensions != count) return false;
+    offset = 0;
+    for (int d = 0; d < count; ++d) {
+        const double s = subscripts[d].number;
+        if (!(s >= 0.0 && s < static_cast<double>(a.sizes[d]))) return false;
+        offset = offset * a.sizes[d] + static_cast<std::int64_t>(s);
+    }
+    return true;
+}
+
+/// The string functions; false where the function would report an error.
+bool string_function(const PlanStep& step, Value* args, Value& out, Scratch& scratch) {
+    switch (step.op) {
+        case plan_len: out = Value{static_cast<double>(args[0].length)}; return true;
+        case plan_asc:
+            if (args[0].length == 0) return false;
+            out = Value{static_cast<double>(static_cast<unsigned char>(args[0].text[0]))};
+            return true;
+        case plan_chr: {
+            const double code = std::trunc(args[0].number);
+            if (!(code >= 0.0 && code <= 255.0)) return false;
+            char* text = scratch.texts[scratch.used++];
+            text[0] = static_cast<char>(static_cast<unsigned char>(code));
+            out = Value{0.0, text, code == 0.0 ? 0u : 1u};  // a NUL ends the text at once
+            return true;
+        }
+        case plan_mid: {
+            const double start = std::trunc(args[1].number);
+            const double n = step.count == 3 ? std::trunc(args[2].number) : static_cast<double>(max_string_length);
+            if (!(start >= 1.0) || n < 0.0) return false;
+            const std::size_t length = args[0].length;
+            if (start > static_cast<double>(length)) {
+                out = Value{0.0, args[0].text, 0};
+                return true;
+            }
+            const auto from = static_cast<std::size_t>(start) - 1;
+            const std::size_t rest = length - from;
+            out = Value{0.0, args[0].text + from, n < static_cast<double>(rest) ? static_cast<std::size_t>(n) : rest};
+            return true;
+        }
+        case plan_left:
+        case plan_right: {
+            const double n = std::trunc(args[1].number);
+            if (n < 0.0 || std::isnan(n)) return false;
+            const std::size_t length = args[0].length;
+            const std::size_t take = n < static_cast<double>(length) ? static_cast<std::size_t>(n) : length;
+            out = Value{0.0, step.op == plan_right ? args[0].text + (length - take) : args[0].text, take};
+            return true;
+        }
+        case plan_instr: {
+            const double start = step.count == 3 ? std::trunc(args[0].number) : 1.0;
+            const Value& s = args[step.count - 2];
+            const Value& t = args[step.count - 1];
+            if (std::isnan(start)) return false;
+            out = Value{0.0};
+            if (start < 1.0 || start > static_cast<double>(s.length) || s.length == 0) return true;
+            const auto from = static_cast<std::size_t>(start) - 1;
+            if (t.length > s.length - from) return true;
+            for (std::size_t i = from; i + t.length <= s.length; ++i) {
+                if (std::memcmp(s.text + i, t.text, t.length) == 0) {
+                    out.number = static_cast<double>(i + 1);
+                    return true;
+                }
+            }
+            return true;
+        }
+        default: return false;
+    }
+}
+
+/// A plan of doubles alone: its value in `out`; false where the evaluator
+/// would report an error.
+bool replay_numbers(const ExpressionPlan& plan, double& out) {
     double stack[max_plan_steps];
     int sp = 0;
     for (int i = 0; i < plan.step_count; ++i) {
@@ -463,7 +797,7 @@ bool replay(const ExpressionPlan& plan, double& out) {
                 continue;
             }
             case plan_negate: stack[sp - 1] = -stack[sp - 1]; continue;
-            case plan_not: stack[sp - 1] = truth(stack[sp - 1]) ? 0.0 : 1.0; continue;
+            case plan_not: stack[sp - 1] = stack[sp - 1] != 0.0 ? 0.0 : 1.0; continue;
             case plan_abs: stack[sp - 1] = std::fabs(stack[sp - 1]); continue;
             case plan_sgn: {
                 const double x = stack[sp - 1];
@@ -484,39 +818,172 @@ bool replay(const ExpressionPlan& plan, double& out) {
         switch (step.op) {
             case plan_add: r = a + b; break;
             case plan_subtract: r = a - b; break;
-            case plan_multiply: r = a * b; break;
+            case plan_multiply:
+                r = a * b;
+                if (!std::isfinite(r)) return false;
+                break;
             case plan_divide:
                 if (b == 0.0) return false;
                 r = a / b;
+                if (!std::isfinite(r)) return false;
                 break;
             case plan_remainder:
                 if (b == 0.0) return false;
                 r = std::fmod(a, b);
+                if (!std::isfinite(r)) return false;
                 break;
-            case plan_power: r = std::pow(a, b); break;
-            case plan_compare: {
-                const int order = a < b ? -1 : (a > b ? 1 : 0);
-                bool v = order != 0;
-                switch (step.count) {
-                    case cmp_eq: v = order == 0; break;
-                    case cmp_lt: v = order < 0; break;
-                    case cmp_gt: v = order > 0; break;
-                    case cmp_le: v = order <= 0; break;
-                    case cmp_ge: v = order >= 0; break;
-                    default: break;
-                }
-                r = v ? 1.0 : 0.0;
+            case plan_power:
+                r = std::pow(a, b);
+                if (!std::isfinite(r)) return false;
                 break;
-            }
-            case plan_and: r = truth(a) && truth(b) ? 1.0 : 0.0; break;
-            case plan_or: r = truth(a) || truth(b) ? 1.0 : 0.0; break;
-            default: r = truth(a) != truth(b) ? 1.0 : 0.0; break;
+            case plan_compare: r = compare(step.count, a < b ? -1 : (a > b ? 1 : 0)) ? 1.0 : 0.0; break;
+            case plan_and: r = a != 0.0 && b != 0.0 ? 1.0 : 0.0; break;
+            case plan_or: r = a != 0.0 || b != 0.0 ? 1.0 : 0.0; break;
+            default: r = (a != 0.0) != (b != 0.0) ? 1.0 : 0.0; break;
         }
-        // Sums and differences may overflow quietly; the others are errors.
-        if (step.op >= plan_multiply && step.op <= plan_power && !std::isfinite(r)) return false;
         stack[sp - 1] = r;
     }
     out = stack[0];
+    return true;
+}
+
+/// The plan's value in `out`; false where the evaluator would report an error.
+bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
+    Value stack[max_plan_steps];
+    int sp = 0;
+    for (int i = 0; i < plan.step_count; results[i++] = stack[sp - 1]) {
+        const PlanStep& step = plan.steps[i];
+        switch (step.op) {
+            case plan_constant: stack[sp++] = Value{step.value}; continue;
+            case plan_variable: stack[sp++] = Value{areas.variables[step.index].value.number}; continue;
+            case plan_text_constant: stack[sp++] = Value{0.0, plan.pool + step.index, step.length}; continue;
+            case plan_text_variable:
+                stack[sp++] = text_value(string_at(areas.variables[step.index].value.word));
+                continue;
+            case plan_element:
+            case plan_text_element: {
+                const ArrayEntry& a = areas.arrays[step.index];
+                sp -= step.count;
+                std::int64_t offset = 0;
+                if (!element_offset(a, stack + sp, step.count, offset)) return false;
+                if (step.op == plan_element) {
+                    if (a.type != kind_double) return false;
+                    stack[sp++] = Value{a.doubles()[offset]};
+                } else {
+                    if (a.type != kind_string) return false;
+                    stack[sp++] = text_value(string_at(a.words()[offset]));
+                }
+                continue;
+            }
+            case plan_negate: stack[sp - 1].number = -stack[sp - 1].number; continue;
+            case plan_not: stack[sp - 1] = Value{truth(stack[sp - 1]) ? 0.0 : 1.0}; continue;
+            case plan_abs: stack[sp - 1].number = std::fabs(stack[sp - 1].number); continue;
+            case plan_sgn: {
+                const double x = stack[sp - 1].number;
+                stack[sp - 1].number = x > 0.0 ? 1.0 : (x < 0.0 ? -1.0 : 0.0);
+                continue;
+            }
+            case plan_fix: stack[sp - 1] = Value{std::trunc(stack[sp - 1].number)}; continue;
+            case plan_int: stack[sp - 1] = Value{std::floor(stack[sp - 1].number)}; continue;
+            case plan_sqr:
+                if (stack[sp - 1].number < 0.0) return false;
+                stack[sp - 1] = Value{std::sqrt(stack[sp - 1].number)};
+                continue;
+            case plan_len:
+            case plan_asc:
+            case plan_chr:
+            case plan_mid:
+            case plan_left:
+            case plan_right:
+            case plan_instr: {
+                const int n = step.op == plan_mid || step.op == plan_instr ? step.count
+                              : step.op == plan_left || step.op == plan_right ? 2
+                                                                              : 1;
+                sp -= n;
+                Value result;
+                if (!string_function(step, stack + sp, result, scratch)) return false;
+                stack[sp++] = result;
+                continue;
+            }
+            default: break;
+        }
+        const Value b = stack[--sp];
+        Value& a = stack[sp - 1];
+        switch (step.op) {
+            case plan_join: {
+                // As the evaluator joins: the whole left text, of the right what fits.
+                const std::size_t n = a.length;
+                const std::size_t m = n + b.length > max_string_length ? max_string_length - n : b.length;
+                char* text = scratch.texts[scratch.used++];
+                std::memcpy(text, a.text, n);
+                std::memcpy(text + n, b.text, m);
+                a = Value{0.0, text, n + m};
+                continue;
+            }
+            case plan_text_compare: a = Value{compare(step.count, text_order(a, b)) ? 1.0 : 0.0}; continue;
+            case plan_and: a = Value{truth(a) && truth(b) ? 1.0 : 0.0}; continue;
+            case plan_or: a = Value{truth(a) || truth(b) ? 1.0 : 0.0}; continue;
+            case plan_differ: a = Value{truth(a) != truth(b) ? 1.0 : 0.0}; continue;
+            default: break;
+        }
+        const double x = a.number;
+        const double y = b.number;
+        double r = 0.0;
+        switch (step.op) {
+            case plan_add: r = x + y; break;
+            case plan_subtract: r = x - y; break;
+            case plan_multiply: r = x * y; break;
+            case plan_divide:
+                if (y == 0.0) return false;
+                r = x / y;
+                break;
+            case plan_remainder:
+                if (y == 0.0) return false;
+                r = std::fmod(x, y);
+                break;
+            case plan_power: r = std::pow(x, y); break;
+            default: r = compare(step.count, x < y ? -1 : (x > y ? 1 : 0)) ? 1.0 : 0.0; break;
+        }
+        // Sums and differences may overflow quietly; the others are errors.
+        if (step.op >= plan_multiply && step.op <= plan_power && !std::isfinite(r)) return false;
+        a = Value{r};
+    }
+    return true;
+}
+
+/// The evaluator's use of temporary string space for the expression, from
+/// the events and the values of the steps. False when it would run out (it
+/// reports that itself); otherwise the space and its high-water mark are
+/// left as the evaluator leaves them.
+bool account_temporary_space(const ExpressionPlan& plan, const Value* results) {
+    ByteArea& t = areas.temp_strings;
+    std::uint32_t used = t.used;
+    std::uint32_t high = areas.temp_high_water;
+    std::uint32_t marks[max_plan_events];
+    int depth = 0;
+    for (int i = 0; i < plan.event_count; ++i) {
+        const PlanEvent& e = plan.events[i];
+        switch (e.type) {
+            case event_hold:
+            case event_hold_step: {
+                const std::size_t n = e.type == event_hold ? e.size : results[e.step].length + 1;
+                if (n <= 1) break;  // an empty text takes no space
+                if (used + n > t.size) return false;
+                used += static_cast<std::uint32_t>(n);
+                break;
+            }
+            case event_join_check:
+                if (used + scan_buffer_size > t.size) return false;
+                break;
+            case event_mark: marks[depth++] = used; break;
+            case event_release:
+                if (used > high) high = used;
+                used = marks[--depth];
+                break;
+        }
+    }
+    t.used = used;
+    areas.temp_high_water = high;
     return true;
 }
 
@@ -556,6 +1023,7 @@ int run_expression_plan(int mode) {
     }
     if (!plan.usable) return 0;
     if (plan.numeric_text) {
+        if (!account_temporary_space(plan, nullptr)) return 0;
         // As the evaluator leaves a constant: its text, known as this double.
         std::memcpy(s.buffer, plan.text, sizeof plan.text);
         std::memcpy(s.constant_text, plan.text, sizeof plan.text);
@@ -566,15 +1034,39 @@ int run_expression_plan(int mode) {
         ++lang.caches.plan_replays;
         return kind_numeric_text;
     }
-    double value = 0.0;
-    if (!replay(plan, value)) return 0;
+    if (plan.numbers_only) {
+        ByteArea& t = areas.temp_strings;
+        double value = 0.0;
+        if (t.used + plan.space_needed > t.size || !replay_numbers(plan, value)) return 0;
+        if (plan.space_peak != 0 && t.used + plan.space_peak - 1 > areas.temp_high_water)
+            areas.temp_high_water = t.used + plan.space_peak - 1;
+        t.used += plan.space_after;
+        s.position = p + plan.length;
+        s.terminator = plan.terminator;
+        s.constant_text[0] = 0;
+        s.sole_reference = {};
+        s.result = value;
+        ++lang.caches.plan_replays;
+        return kind_double;
+    }
+    Scratch scratch;
+    Value results[max_plan_steps];
+    if (!replay(plan, results, scratch) || !account_temporary_space(plan, results)) return 0;
+    const Value& value = results[plan.step_count - 1];
     s.position = p + plan.length;
     s.terminator = plan.terminator;
-    s.result = value;
     s.constant_text[0] = 0;
     s.sole_reference = {};
     ++lang.caches.plan_replays;
-    return kind_double;
+    if (!plan.string_result) {
+        s.result = value.number;
+        return kind_double;
+    }
+    std::memmove(s.buffer, value.text, value.length);
+    s.buffer[value.length] = 0;
+    // One string variable: the caller may write back to it.
+    if (plan.sole_name) s.sole_reference = ValueReference{nullptr, plan.steps[0].index + 1};
+    return kind_string;
 }
 
 }  // namespace tl

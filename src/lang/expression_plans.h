@@ -1,8 +1,9 @@
 // expression_plans.h — numeric expressions met before, replayed without scanning.
 //
-// An expression of doubles (double variables and array elements, number
-// constants, parentheses, the arithmetic, comparison and logical operators,
-// abs, sgn, fix, int and sqr) is turned into a short postfix plan the first
+// An expression of doubles and strings (variables and array elements of both,
+// number and string constants, parentheses, the arithmetic, comparison,
+// logical and joining operators, abs, sgn, fix, int, sqr, len, asc, chr$,
+// mid$, left$, right$ and instr) is turned into a short postfix plan the first
 // time the evaluator meets it at a place in the program. Evaluating it there
 // again reads the values and computes the result from the plan, which the
 // evaluator's passes would give bit for bit. Wherever the evaluator would
@@ -36,16 +37,50 @@ enum PlanOp : std::uint8_t {
     plan_fix,
     plan_int,
     plan_sqr,
+    // Strings.
+    plan_text_constant,  ///< `index` is the text's offset in the plan's pool, `length` its length
+    plan_text_variable,
+    plan_text_element,
+    plan_join,
+    plan_text_compare,  ///< `count` holds the comparison slot
+    plan_len,
+    plan_asc,
+    plan_chr,
+    plan_mid,  ///< `count` parameters (2 or 3)
+    plan_left,
+    plan_right,
+    plan_instr,  ///< `count` parameters (2 or 3)
 };
 
 struct PlanStep {
     double value = 0.0;       ///< plan_constant
     std::uint32_t index = 0;  ///< plan_variable, plan_element: the table index
     PlanOp op = plan_constant;
-    std::uint8_t count = 0;  ///< plan_element: subscripts; plan_compare: the slot
+    std::uint8_t count = 0;  ///< subscripts, parameters or the comparison slot
+    std::uint16_t length = 0;  ///< plan_text_constant
 };
 
 inline constexpr int max_plan_steps = 40;
+
+/// What the evaluator does with temporary string space while it evaluates
+/// the expression, in its own order: a plan replays the same bookkeeping
+/// (without copying any text), so that the space used, its high-water mark
+/// and running out of it are the evaluator's own.
+enum PlanEventType : std::uint8_t {
+    event_hold,        ///< a text of `size` bytes (with its NUL) is held
+    event_hold_step,   ///< the string of step `step` is held
+    event_join_check,  ///< joining needs a full string of room
+    event_mark,        ///< a function call or element reference starts
+    event_release,     ///< ... and gives back what its parameters held
+};
+
+struct PlanEvent {
+    PlanEventType type = event_hold;
+    std::uint8_t step = 0;
+    std::uint16_t size = 0;
+};
+
+inline constexpr int max_plan_events = 64;
 
 /// What a plan depends on besides its text: the program and the name tables.
 struct PlanStamp {
@@ -69,6 +104,22 @@ struct ExpressionPlan {
     /// 16), and the step is its double.
     bool numeric_text = false;
     char text[24] = {};
+    /// The result is a string; `sole_name` when the expression is one string
+    /// variable or element (the caller may write back to it).
+    bool string_result = false;
+    bool sole_name = false;
+    std::uint8_t event_count = 0;
+    PlanEvent events[max_plan_events];
+    /// No step makes or reads a string: the steps run on doubles alone, and
+    /// the events, whose sizes are all known, come down to these figures
+    /// relative to the space used before: the most any hold needs, the
+    /// highest use at a release plus one (0: no release), and the use at the end.
+    bool numbers_only = false;
+    std::uint32_t space_needed = 0;
+    std::uint32_t space_peak = 0;
+    std::uint32_t space_after = 0;
+    std::uint16_t pool_used = 0;
+    char pool[256] = {};  ///< texts of the string constants
     std::uint8_t step_count = 0;
     PlanStep steps[max_plan_steps];
 };

@@ -21,6 +21,7 @@ namespace {
 struct Outcome {
     std::string output;
     double values[3] = {};
+    std::uint32_t temp_high_water = 0;
 };
 
 class ExpressionPlansTest : public CoreTest {
@@ -38,6 +39,7 @@ protected:
         (void)run_command_line("run");
         Outcome o;
         o.output = fe.take();
+        o.temp_high_water = areas.temp_high_water;
         if (const ArrayEntry* r = find_array("r"); r != nullptr && r->type == kind_double)
             std::memcpy(o.values, r->doubles(), sizeof o.values);
         return o;
@@ -48,23 +50,30 @@ protected:
         replays += lang.caches.plan_replays;
         const Outcome direct = run(program, false);
         EXPECT_EQ(planned.output, direct.output) << program;
+        EXPECT_EQ(planned.temp_high_water, direct.temp_high_water) << program;
         EXPECT_EQ(std::memcmp(planned.values, direct.values, sizeof planned.values), 0)
             << program << "\n" << planned.values[1] << " / " << direct.values[1];
     }
     std::uint64_t replays = 0;
 };
 
-/// Random expressions over doubles, arrays, constants and every operator the
-/// plans know, with some that they do not know and some malformed ones.
+/// Random expressions over doubles, strings, arrays, constants and every
+/// operator and function the plans know, with some that they do not know and
+/// some malformed ones.
 class ExpressionMaker {
 public:
     explicit ExpressionMaker(unsigned seed) : rng_(seed) {}
     std::string make(int depth = 0) {
         if (depth > 2 || pick(3) == 0) return leaf(depth);
-        switch (pick(9)) {
+        switch (pick(11)) {
             case 0: return "(" + make(depth + 1) + ")";
             case 1: return pick_of({"-", "+", "not ", "- -", "-+"}) + make(depth + 1);
             case 2: return pick_of({"int(", "abs(", "sgn(", "fix(", "sqr(", "int(", "rnd("}) + make(depth + 1) + ")";
+            case 3: return pick_of({"len(", "asc(", "not "}) + text(depth + 1) + (pick(2) == 0 ? ")" : ") - 1");
+            case 4:
+                return "instr(" + std::string(pick(2) == 0 ? make(depth + 1) + ", " : "") + text(depth + 1) + ", " +
+                       text(depth + 1) + ")";
+            case 5: return text(depth + 1) + pick_of({" = ", " <> ", " < ", " >= ", " and ", " or "}) + text(depth + 1);
             default: {
                 static const char* const binary[] = {" + ",  " - ",  " * ", " / ", " % ",   " ^ ",   " = ",
                                                      " <> ", " < ",  " > ", " <= ", " >= ", " and ", " or ",
@@ -74,6 +83,23 @@ public:
         }
     }
 
+    /// A string expression.
+    std::string text(int depth = 0) {
+        if (depth > 3 || pick(3) == 0) {
+            static const char* const leaves[] = {"s$", "t$", "\"XYZ\"", "\"\"", "w$(k)", "w$(1)", "\"a\\nb\"", "u$"};
+            return leaves[pick(sizeof leaves / sizeof *leaves)];
+        }
+        switch (pick(7)) {
+            case 0: return "chr$(" + make(depth + 1) + ")";
+            case 1:
+                return "mid$(" + text(depth + 1) + ", " + make(depth + 1) +
+                       (pick(2) == 0 ? ", " + make(depth + 1) : std::string()) + ")";
+            case 2: return pick_of({"left$(", "right$("}) + text(depth + 1) + ", " + make(depth + 1) + ")";
+            case 3: return "(" + text(depth + 1) + ")";
+            case 4: return text(depth + 1) + pick_of({" + ", " - ", "+"}) + text(depth + 1);
+            default: return text(depth + 1) + " + " + text(depth + 1);
+        }
+    }
 private:
     std::string leaf(int depth) {
         // Mostly what plans know; now and then what they leave to the evaluator.
@@ -99,14 +125,16 @@ TEST_F(ExpressionPlansTest, RandomExpressionsGiveTheEvaluatorsValuesAndErrors) {
     std::mt19937 rng(7);
     for (int i = 0; i < 1000; ++i) {
         const std::string e = maker.make();
-        std::string program = "dim n(5), m(3, 3), r(3)\r\n";
+        std::string program = "dim n(5), m(3, 3), r(3), w$(3)\r\n";
         program += "a = " + std::string(values[rng() % 8]) + ": b = " + values[rng() % 8] + ": c = " +
                    values[rng() % 8] + ": z = 0\r\n";
         program += "n(1) = 4: n(2) = -0.25: m(1, 2) = 9: m(2, 2) = 1e-300\r\n";
-        program += "for k = 1 to 2\r\n  r(k) = " + e + "\r\nnext\r\nprint r(1); r(2)\r\n";
+        program += "s$ = \"Tessaline\": t$ = \"XYZ\" + string$(240, \"q\"): w$(1) = \"b\": w$(2) = \"XYZZY\"\r\n";
+        program += "for k = 1 to 2\r\n  r(k) = " + e + "\r\n  u$ = " + maker.text(0) +
+                   "\r\nnext\r\nprint r(1); r(2); u$\r\nprintall \"memory\"\r\n";
         expect_same(program);
     }
-    EXPECT_GT(replays, 500u);  // most expressions were answered by a plan
+    EXPECT_GT(replays, 1000u);  // most expressions were answered by a plan
 }
 
 TEST_F(ExpressionPlansTest, EveryOperatorAndFunctionAgreesWithTheEvaluator) {
@@ -114,10 +142,11 @@ TEST_F(ExpressionPlansTest, EveryOperatorAndFunctionAgreesWithTheEvaluator) {
         "fix(a)", "fix(-a)", "int(a)", "int(-a)", "abs(b)", "sgn(b)", "sgn(z)", "sqr(a)", "a % b", "-a % b",
         "-a ^ 2", "2 ^ -a", "a ^ b ^ 2", "- - a", "+a - -b", "not a", "not z", "a and z", "a or z", "a xor b",
         "a eor z", "a = b", "a <> b", "a < b", "a > b", "a <= a", "a >= b", "a - b * 2 / 3 + 1", "(a + b) * (a - b)",
-        "n(1) * n(k + 1)", "m(k, k + 1) - a", "1 - 2 < 3 and not 0 or 1 xor 1", "a * 1e308", "(-0.5)", "-(0.5) * a"};
+        "n(1) * n(k + 1)", "m(k, k + 1) - a", "1 - 2 < 3 and not 0 or 1 xor 1", "a * 1e308", "(-0.5)", "-(0.5) * a",
+        "-(0.5) * a - -(0.25) * -(1.5) + -(2.5) - -3.75 * -4.5 + -(-(-6.25))"};
     for (const char* e : expressions) {
         expect_same(std::string("dim n(5), m(3, 3), r(3)\r\na = 2.5: b = -1.75: z = 0\r\n") +
-                    "n(1) = 4: n(2) = -0.25: m(1, 2) = 9\r\nfor k = 1 to 2\r\n  r(k) = " + e + "\r\nnext\r\n");
+                    "n(1) = 4: n(2) = -0.25: m(1, 2) = 9\r\nprintall \"memory\"\r\nfor k = 1 to 2\r\n  x = " + e + "\r\n  r(k) = x\r\nnext\r\nprintall \"memory\"\r\n");
     }
 }
 
