@@ -996,7 +996,7 @@ PlanStamp current_stamp() {
 
 int run_expression_plan(int mode) {
     ScanState& s = lang.scan;
-    if (!exec.caches_enabled || (mode & ~(scan_in_parentheses | scan_separators)) != 0 || s.skipping ||
+    if (!exec.caches_enabled || (mode & ~(scan_in_parentheses | scan_separators)) != 0 || exec.check_mode ||
         s.defining_function || s.evaluating_function || lang.reporter.debug || areas.scan_only || areas.long_default)
         return 0;
     // Plans are kept for places in the program text, which the run loop scans
@@ -1022,6 +1022,10 @@ int run_expression_plan(int mode) {
         plan.usable = make_plan(p, mode, plan);
     }
     if (!plan.usable) return 0;
+    // A statement passed over evaluates for syntax and types only: functions
+    // give dummies and no value is an error. An expression of doubles then
+    // cannot fail and its space use is fixed; others go the long way.
+    if (s.skipping && !plan.numbers_only) return 0;
     if (plan.numeric_text) {
         if (!account_temporary_space(plan, nullptr)) return 0;
         // As the evaluator leaves a constant: its text, known as this double.
@@ -1037,7 +1041,11 @@ int run_expression_plan(int mode) {
     if (plan.numbers_only) {
         ByteArea& t = areas.temp_strings;
         double value = 0.0;
-        if (t.used + plan.space_needed > t.size || !replay_numbers(plan, value)) return 0;
+        if (t.used + plan.space_needed > t.size) return 0;
+        if (!replay_numbers(plan, value)) {
+            if (!s.skipping) return 0;
+            value = 0.0;  // a value the evaluator would refuse, met while passing over
+        }
         if (plan.space_peak != 0 && t.used + plan.space_peak - 1 > areas.temp_high_water)
             areas.temp_high_water = t.used + plan.space_peak - 1;
         t.used += plan.space_after;

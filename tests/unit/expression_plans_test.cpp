@@ -175,6 +175,17 @@ TEST_F(ExpressionPlansTest, PlansFollowChangesOfTablesAndText) {
     EXPECT_EQ(find_array("r")->doubles()[1], 6.0);
 }
 
+TEST_F(ExpressionPlansTest, StatementsPassedOverRaiseNothing) {
+    // Untaken branches are scanned for syntax and types only: their values
+    // (a division by zero, a subscript out of range, a square root of a
+    // negative number) raise nothing, with a plan as without one.
+    expect_same(
+        "dim n(3), r(3)\r\nfor k = 1 to 3\r\n  if k > 5 then r(1) = 10 / (k - k) + n(k * 9) + sqr(-k) - -(2.5)\r\n"
+        "  if k < 5 then r(2) = r(2) + k else r(3) = n(-k) / 0 + 1.5\r\n  while k > 9: r(0) = 1 / 0: wend\r\n"
+        "next\r\nprint r(1); r(2); r(3)\r\nprintall \"memory\"\r\n");
+    EXPECT_GT(replays, 6u);
+}
+
 TEST_F(ExpressionPlansTest, ErrorsInLaterRoundsAreReportedByTheEvaluator) {
     // The first rounds are answered by the plan; the failing round gives up
     // and the evaluator reports it with its caret.
