@@ -134,11 +134,11 @@ int read_argument_names(char (&names)[max_function_arguments][max_function_name 
         Item item;
         const int k = get_item(item, scan_name_only | scan_no_shorthands);
         if (k < 0) return k;
-        if (k != scan_name || find_user_function(s.name) >= 0) return error_at_column(err_invalid_argument, column);
+        if (k != scan_name || find_user_function(scan_name_text()) >= 0) return error_at_column(err_invalid_argument, column);
         for (int i = 0; i < count; ++i) {
-            if (names_equal(s.name, names[i])) return error_at_column(err_invalid_argument, column);
+            if (names_equal(scan_name_text(), names[i])) return error_at_column(err_invalid_argument, column);
         }
-        copy_text(names[count], sizeof names[count], s.name);
+        copy_text(names[count], sizeof names[count], scan_name_text());
         ++count;
         skip_blanks();
         if (s.position < s.end && *s.position == ',') {
@@ -202,7 +202,7 @@ int do_def() {
     if (k < 0) return k;
     if (k != scan_name) return error_at_column(err_reserved_word_not_valid_user, name_column);
     char name[max_function_name + 1];
-    copy_text(name, sizeof name, s.name);
+    copy_text(name, sizeof name, scan_name_text());
     char names[max_function_arguments][max_function_name + 1];
     const int count = read_argument_names(names);
     if (count < 0) return count;

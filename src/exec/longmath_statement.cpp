@@ -153,7 +153,7 @@ int long_declarations() {
         const int k = get_item(item, mode);
         if (k < 0) return k;
         char name[name_buffer_size];
-        std::memcpy(name, lang.scan.name, sizeof name);
+        std::memcpy(name, scan_name_text(), sizeof name);
         switch (k) {
             case 0: return error_at_column(err_expect_more_items_following_comma, column);
             case kind_predefined:

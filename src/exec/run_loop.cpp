@@ -359,7 +359,7 @@ int do_assignment(const Item& target, int kind) {
         type = kind == kind_long ? kind_long : (kind == kind_string ? kind_string : kind_double);
     }
     char name[sizeof s.name];
-    std::memcpy(name, s.name, sizeof name);
+    std::memcpy(name, scan_name_text(), sizeof name);
 
     Item eq;
     const int eq_column = scan_column();

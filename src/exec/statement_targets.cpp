@@ -43,7 +43,7 @@ int scan_target(VariableTarget& t, int not_variable_error) {
     Item probe;
     int k = get_item(probe, scan_name_only | scan_no_shorthands);
     if (k < 0) return k;
-    if (k != scan_name || find_user_function(s.name) >= 0) return error_at_column(not_variable_error, t.column);
+    if (k != scan_name || find_user_function(scan_name_text()) >= 0) return error_at_column(not_variable_error, t.column);
     s.position = start;
     s.value_ref = nullptr;
     Item item;
@@ -51,7 +51,7 @@ int scan_target(VariableTarget& t, int not_variable_error) {
     if (k < 0) return k;
     if (k == kind_argument) return error_at_column(err_cannot_assign_value_argument, t.column);
     if (k != kind_double && k != kind_string && k != kind_long) return error_at_column(not_variable_error, t.column);
-    copy_text(t.name, sizeof t.name, s.name);
+    copy_text(t.name, sizeof t.name, scan_name_text());
     if (item.array != nullptr) {
         t.type = item.array->type;
         if (s.value_ref != nullptr) {

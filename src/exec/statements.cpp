@@ -49,7 +49,7 @@ int do_dim() {
         if (k < 0) return k;
         if (k != scan_name) return error_at_column(err_no_subscripts_array_definition, column);
         char name[64];
-        copy_text(name, sizeof name, lang.scan.name);
+        copy_text(name, sizeof name, scan_name_text());
         name[sizeof name - 1] = 0;
         Item dims[max_parameters];
         const int count = parse_parameter_list(dims);

@@ -127,7 +127,7 @@ int debugprint_item(char (&name)[name_buffer_size]) {
     Item probe;
     int k = get_item(probe, scan_name_only | scan_no_shorthands);
     if (k < 0) return k;
-    if ((k != scan_name && k != kind_predefined) || find_user_function(s.name) >= 0)
+    if ((k != scan_name && k != kind_predefined) || find_user_function(scan_name_text()) >= 0)
         return error_at_column(err_string_numeric_variable, column);
     s.position = start;
     Item item;
@@ -136,7 +136,7 @@ int debugprint_item(char (&name)[name_buffer_size]) {
     if (k == kind_argument) k = static_cast<int>(s.call.arguments[item.word].kind);
     if (k != kind_double && k != kind_string && k != kind_long && k != kind_numeric_text)
         return error_at_column(err_string_numeric_variable, column);
-    copy_text(name, sizeof name, s.name);
+    copy_text(name, sizeof name, scan_name_text());
     return k;
 }
 

@@ -100,13 +100,20 @@ NamePlace* place_for(const char* p, const char* end, std::uint32_t& key) {
 }  // namespace
 
 NameCacheEntry* name_at_place(const char* p, const char* end, std::size_t& length) {
-    std::uint32_t key = 0;
-    const NamePlace* place = place_for(p, end, key);
-    if (place == nullptr || place->key != key || place->program_generation != areas.program_generation ||
-        place->room != end - p || place->entry == nullptr || place->entry->serial != place->serial)
+    // A place is only recorded from an up-to-date image, and any change of
+    // the text changes the generation: the key and generation say it all.
+    const std::vector<NamePlace>& places = lang.caches.places;
+    const std::uintptr_t offset =
+        reinterpret_cast<std::uintptr_t>(p) - reinterpret_cast<std::uintptr_t>(areas.program_image.get());
+    if (places.empty() || !exec.caches_enabled || offset >= areas.program_length) return nullptr;
+    const auto key = static_cast<std::uint32_t>(offset) + 1;
+    const NamePlace& place = places[(key * 2654435761u) >> 22 & (name_place_cache_size - 1)];
+    if (place.key != key || place.program_generation != areas.program_generation || place.room != end - p)
         return nullptr;
-    length = place->length;
-    return place->entry;
+    NameCacheEntry* const entry = place.entry;
+    if (entry == nullptr || entry->serial != place.serial) return nullptr;
+    length = place.length;
+    return entry;
 }
 
 void note_name_place(std::string_view name, const char* end, NameCacheEntry* entry) {

@@ -44,6 +44,7 @@ void remember_name(std::string_view name) {
     const std::size_t n = name.size() < name_buffer_size - 1 ? name.size() : name_buffer_size - 1;
     std::memcpy(lang.scan.name, name.data(), n);
     lang.scan.name[n] = 0;
+    lang.scan.name_element = nullptr;
 }
 
 void set_long_zero(LongNumber& n) {
@@ -219,7 +220,7 @@ int scan_array_element(Item& item, int mode, std::string_view name, NameCacheEnt
         if (declaring(mode)) return scan_name;  // DIM or LONG of a new array: the statement reads the sizes
         if ((mode & scan_reference_only) != 0) return -1;
         if (!s.defining_function && !s.skipping) {
-            console_print("\n%s\n", s.name);
+            console_print("\n%s\n", scan_name_text());
             return scan_error(err_not_function_or_array, item.column);
         }
     } else if (declaring(mode)) {
@@ -255,7 +256,10 @@ int scan_array_element(Item& item, int mode, std::string_view name, NameCacheEnt
         }
     }
     release();
-    format_element_reference(*a, count, values, s.name, name_buffer_size);
+    // The reference text is made when somebody wants it (scan_name_text).
+    s.name_element = a;
+    s.name_subscript_count = count;
+    std::memcpy(s.name_subscripts, values, sizeof(double) * static_cast<std::size_t>(count));
     if (s.skipping && !element_in_range(*a, count, values)) {
         // A stale subscript while passing over a statement: a dummy element.
         s.value_ref = nullptr;

@@ -36,8 +36,14 @@ struct ScanState {
     const char* start = nullptr;
     /// Text of the last string constant, number constant or string value.
     char buffer[scan_buffer_size] = {};
-    /// The last name scanned (or element reference), for traces and errors.
+    /// The last name scanned (or element reference), for traces and errors;
+    /// read it through scan_name_text(), which writes an element reference
+    /// into it when it is first wanted.
     char name[name_buffer_size] = {};
+    /// The element last fetched, while its reference is not yet in `name`.
+    const ArrayEntry* name_element = nullptr;
+    int name_subscript_count = 0;
+    double name_subscripts[8] = {};
     /// Depth of nested evaluations; selects the indentation of debug listings.
     int depth = 0;
     /// Storage of the value last fetched (variable value or array element).

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "exec/arrays.h"
 #include "exec/exec_state.h"
 #include "exec/memory_areas.h"
 #include "exec/string_space.h"
@@ -241,6 +242,15 @@ bool known_number_text(const char* text, double& value) {
 }
 
 int scan_column() { return static_cast<int>(lang.scan.position - lang.scan.start); }
+
+const char* scan_name_text() {
+    ScanState& s = lang.scan;
+    if (s.name_element != nullptr) {
+        format_element_reference(*s.name_element, s.name_subscript_count, s.name_subscripts, s.name, name_buffer_size);
+        s.name_element = nullptr;
+    }
+    return s.name;
+}
 
 const char* item_text(const Item& item) { return temp_string_at(item.word); }
 

@@ -69,6 +69,9 @@ void skip_blanks();
 /// Column of the scan position relative to the statement start.
 [[nodiscard]] int scan_column();
 
+/// The last name scanned, or the element reference "name(s1,s2,...)" last fetched.
+[[nodiscard]] const char* scan_name_text();
+
 /// Parses "(p1, p2, ...)" at the scan position into `params` (room for
 /// max_parameters). Doubles are stored by value, texts in temporary string
 /// space, long numbers in temporary long numbers; a string or array parameter

@@ -82,14 +82,28 @@ void read_recent(const QSettings& store, RecentList& list) {
     }
 }
 
-void write_recent(QSettings& store, const RecentList& list) {
+/// Stores a value unless the store holds it already; true when it wrote.
+bool put(QSettings& store, const QString& name, const QString& value) {
+    if (store.contains(name) && store.value(name).toString() == value) return false;
+    store.setValue(name, value);
+    return true;
+}
+
+/// Stores a recent list; true when anything changed.
+bool write_recent(QSettings& store, const RecentList& list) {
+    bool changed = false;
     for (std::size_t i = 0; i < list.entries.size(); ++i) {
         const QString name = QString::fromLatin1(list.value_prefix) + QString::number(i);
-        if (list.entries[i].empty())
-            store.remove(name);
-        else
-            store.setValue(name, QString::fromStdString(list.entries[i]));
+        if (list.entries[i].empty()) {
+            if (store.contains(name)) {
+                store.remove(name);
+                changed = true;
+            }
+        } else {
+            changed = put(store, name, QString::fromStdString(list.entries[i])) || changed;
+        }
     }
+    return changed;
 }
 
 }  // namespace
@@ -133,8 +147,14 @@ bool save_settings(const AppSettings& s, const std::string& ini_file) {
     if (!store) return false;
     store->beginGroup(QString::fromLatin1(settings_group));
 
+    // Only what differs is written: a session that changed nothing leaves the
+    // file alone (and is not slowed down by rewriting it).
+    bool changed = false;
     const auto put_text = [&](const char* name, const std::string& v) {
-        store->setValue(QString::fromLatin1(name), QString::fromStdString(v));
+        changed = put(*store, QString::fromLatin1(name), QString::fromStdString(v)) || changed;
+    };
+    const auto put_number = [&](const char* name, std::uint32_t v) {
+        changed = put(*store, QString::fromLatin1(name), QString::number(v)) || changed;
     };
     put_text("LogFilePath", s.log_file_path);
     put_text("LogFileName", s.log_file_name);
@@ -143,18 +163,17 @@ bool save_settings(const AppSettings& s, const std::string& ini_file) {
     put_text("JpegPath", s.jpeg_path);
     put_text("JpegFile", s.jpeg_file);
     put_text("WorkPath", s.work_path);
-    store->setValue(QStringLiteral("CreateLogFile"), s.create_log_file ? 1U : 0U);
-    store->setValue(QStringLiteral("WorkingDir"), s.working_dir);
-    store->setValue(QStringLiteral("JPEGQuality"), s.jpeg_quality);
-    store->setValue(QStringLiteral("JPEGResolution"), s.jpeg_resolution);
+    put_number("CreateLogFile", s.create_log_file ? 1U : 0U);
+    put_number("WorkingDir", s.working_dir);
+    put_number("JPEGQuality", s.jpeg_quality);
+    put_number("JPEGResolution", s.jpeg_resolution);
 
-    write_recent(*store, s.recent_working_dirs);
-    write_recent(*store, s.recent_log_files);
-    write_recent(*store, s.recent_source_programs);
-    write_recent(*store, s.recent_commands);
+    for (const RecentList* list :
+         {&s.recent_working_dirs, &s.recent_log_files, &s.recent_source_programs, &s.recent_commands})
+        changed = write_recent(*store, *list) || changed;
 
     store->endGroup();
-    store->sync();
+    if (changed) store->sync();
     return store->status() == QSettings::NoError;
 }
 

@@ -144,7 +144,7 @@ TEST_F(Scanner, UnknownNamesCreateVariablesUnlessOnlyReferenced) {
     Item item;
     EXPECT_EQ(scan("total", item, scan_reference_only), scan_name);
     EXPECT_EQ(scan("total", item, scan_name_only), scan_name);
-    EXPECT_STREQ(lang.scan.name, "total");
+    EXPECT_STREQ(scan_name_text(), "total");
     EXPECT_EQ(areas.variable_count, 0u);
     EXPECT_EQ(scan("total", item), kind_double);
     EXPECT_EQ(item.number, 0.0);
@@ -180,7 +180,7 @@ TEST_F(Scanner, ArrayElementsAndSubscripts) {
     EXPECT_EQ(item.number, 42);
     EXPECT_EQ(item.array, a);
     EXPECT_EQ(lang.scan.value_ref, &a->doubles()[9]);
-    EXPECT_STREQ(lang.scan.name, "A(9)");
+    EXPECT_STREQ(scan_name_text(), "A(9)");
     EXPECT_EQ(scan("A(3 * 3)", item), kind_double);
     EXPECT_EQ(item.number, 42);
 
@@ -267,7 +267,7 @@ TEST_F(Scanner, DeclarationContextRefusesEverythingButNames) {
     for (const auto& r : refused) EXPECT_EQ(scan(r.text, item, scan_declaration), -r.error) << r.text;
 
     EXPECT_EQ(scan("n(4)", item, scan_declaration), scan_name);  // a new array: DIM reads the sizes
-    EXPECT_STREQ(lang.scan.name, "n");
+    EXPECT_STREQ(scan_name_text(), "n");
     const double four = 4;
     ASSERT_EQ(dimension_array("n", 1, &four, false), kind_double);
     EXPECT_EQ(scan("N(4)", item, scan_declaration), -err_array_already_dimensioned);
