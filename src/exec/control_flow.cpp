@@ -35,7 +35,9 @@ struct SavedState {
     BlockState block;
     bool skip;
     bool forced_skip;
-    ScanState scan_position;  // only the pointers are used
+    const char* scan_position;
+    const char* scan_end;
+    const char* scan_start;
     const char* reporter_text;
     const char* reporter_start;
     ProgramLine* current_line;
@@ -46,9 +48,9 @@ struct SavedState {
         s.block = exec.block;
         s.skip = exec.skip;
         s.forced_skip = exec.forced_skip;
-        s.scan_position.position = lang.scan.position;
-        s.scan_position.end = lang.scan.end;
-        s.scan_position.start = lang.scan.start;
+        s.scan_position = lang.scan.position;
+        s.scan_end = lang.scan.end;
+        s.scan_start = lang.scan.start;
         s.reporter_text = lang.reporter.text;
         s.reporter_start = lang.reporter.statement_start;
         s.current_line = exec.current_line;
@@ -57,9 +59,9 @@ struct SavedState {
     void restore_position() const {
         exec.position = position;
         exec.current_line = current_line;
-        lang.scan.position = scan_position.position;
-        lang.scan.end = scan_position.end;
-        lang.scan.start = scan_position.start;
+        lang.scan.position = scan_position;
+        lang.scan.end = scan_end;
+        lang.scan.start = scan_start;
         lang.reporter.text = reporter_text;
         lang.reporter.statement_start = reporter_start;
     }
