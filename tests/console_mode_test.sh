@@ -19,6 +19,12 @@ case $out in *"Press <enter> to terminate program."*) ;; *) fail "no closing pro
 [ -f "$conf" ] || fail "settings not written to $conf"
 [ -d "$HOME/Documents/Tessaline" ] || fail "working folder not created"
 
+# The next start reads the settings from the snapshot: Qt is not loaded.
+[ -f "$HOME/.cache/tessaline/settings.snapshot" ] || fail "no settings snapshot"
+out=$(LD_DEBUG=libs "$bin" /c </dev/null 2>&1) || fail "second start failed: $out"
+case $out in *libQt6Core*) fail "Qt was loaded although the settings were known" ;; esac
+case $out in *"Press <enter> to terminate program."*) ;; *) fail "second start: $out" ;; esac
+
 # With the log enabled, the session lands in the log file.
 mkdir "$scratch/logs"
 printf '[Settings]\nCreateLogFile=1\nLogFilePath=%s\nLogFileName=session.log\n' "$scratch/logs" >"$conf"

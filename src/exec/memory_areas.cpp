@@ -37,6 +37,12 @@ enum AreaStep : int {
 
 bool injected_failure(int step) { return areas.fail_allocation == step; }
 
+}  // namespace
+
+void FreeBytes::operator()(char* p) const { std::free(p); }
+
+namespace {
+
 template <typename T>
 std::unique_ptr<T[]> allocate(std::size_t count, int step) {
     if (injected_failure(step)) return nullptr;
@@ -44,7 +50,9 @@ std::unique_ptr<T[]> allocate(std::size_t count, int step) {
 }
 
 bool allocate_bytes(ByteArea& area, std::uint32_t size, int step, std::uint32_t first_free) {
-    area.data = allocate<char>(size, step);
+    // calloc, not new char[]() with its memset: the zeros of a fresh large
+    // block cost nothing until the pages are used.
+    area.data.reset(injected_failure(step) ? nullptr : static_cast<char*>(std::calloc(size, 1)));
     if (!area.data) return false;
     area.size = size;
     area.used = first_free;

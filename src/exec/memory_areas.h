@@ -38,9 +38,15 @@ struct ArrayEntry {
     std::uint32_t* words() const { return static_cast<std::uint32_t*>(elements); }
 };
 
-/// A byte area with a bump pointer and a capacity.
+/// Gives back memory taken with std::calloc.
+struct FreeBytes {
+    void operator()(char* p) const;
+};
+
+/// A byte area with a bump pointer and a capacity. Its bytes start as zeros;
+/// a large area takes pages from the system only as they are first written.
 struct ByteArea {
-    std::unique_ptr<char[]> data;
+    std::unique_ptr<char[], FreeBytes> data;
     std::uint32_t size = 0;
     std::uint32_t used = 0;  ///< next free offset (name spaces: bytes used)
     char* at(std::uint32_t offset) const { return data.get() + offset; }

@@ -58,6 +58,7 @@ inline constexpr std::array<SizingRecord, sizing_count> sizing_records = {{
 struct SizingValues {
     std::array<std::uint32_t, sizing_count> value{};
     std::uint32_t operator[](SizingIndex i) const { return value[static_cast<std::size_t>(i)]; }
+    bool operator==(const SizingValues&) const = default;
 };
 
 /// A value outside [minimum, maximum] (a missing value reads as 0) becomes the default.

@@ -11,6 +11,7 @@
 #include "shell/command_line.h"
 #include "shell/console_session.h"
 #include "shell/log_file.h"
+#include "shell/session_settings.h"
 #include "shell/settings.h"
 #include "shell/shell_state.h"
 #include "shell/working_folder.h"
@@ -39,14 +40,16 @@ std::string history_file() {
 /// Start-up in its fixed order; returns the exit code when the session is over.
 int run_session(const std::string& program_file) {
     ShellState& s = shell_state;
-    s.settings = load_settings();
+    const std::string snapshot_path = settings_snapshot_path();
+    const SettingsSnapshot loaded = load_session_settings(snapshot_path);
+    s.settings = loaded.settings;
     tl::host.front_end = &s.terminal;
 
     if (tl::init_language_tables(s.settings.sizes) < 0) return 1;
     std::snprintf(tl::host.program_folder, sizeof tl::host.program_folder, "%s%s", s.program_folder.c_str(),
                   s.program_folder.ends_with('/') ? "" : "/");
 
-    s.working_folder = choose_working_folder(s.settings, user_documents_folder(), s.program_folder);
+    s.working_folder = choose_working_folder(s.settings, loaded.documents_folder, s.program_folder);
     if (!enter_working_folder(s.working_folder))
         std::fprintf(stderr, "Cannot enter the working folder %s\n", s.working_folder.c_str());
     start_log_file(s.settings);
@@ -59,7 +62,8 @@ int run_session(const std::string& program_file) {
     s.terminal.save_history();
     wait_before_exit(s.terminal);
 
-    if (!save_settings(s.settings)) std::fprintf(stderr, "The settings could not be saved.\n");
+    if (!save_session_settings(s.settings, loaded, snapshot_path))
+        std::fprintf(stderr, "The settings could not be saved.\n");
     close_log_file();
     tl::reset_interpreter_state();  // gives back every area, arrays included
     tl::host.front_end = nullptr;

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "exec/sizing_settings.h"
@@ -37,6 +38,10 @@ struct RecentList {
     int first_non_empty = -1;
 
     RecentList(const char* prefix, int size) : value_prefix(prefix), entries(static_cast<std::size_t>(size)) {}
+    bool operator==(const RecentList& other) const {
+        return std::string_view(value_prefix) == other.value_prefix && entries == other.entries &&
+               first_non_empty == other.first_non_empty;
+    }
 };
 
 struct AppSettings {
@@ -61,6 +66,8 @@ struct AppSettings {
     RecentList recent_log_files{"RecentLogFile", 10};
     RecentList recent_source_programs{"RecentSourceProgram", 10};
     RecentList recent_commands{"RecentCommand", 20};
+
+    bool operator==(const AppSettings&) const = default;
 };
 
 /// Reads the settings from `ini_file`, or from the user's settings file when
@@ -68,8 +75,22 @@ struct AppSettings {
 [[nodiscard]] AppSettings load_settings(const std::string& ini_file = {});
 
 /// Writes the paths, flags, JPEG values and recent lists (not the sizes, which
-/// only the Customize dialog changes). Returns false when the file could not
-/// be written; a corrupt file is left as it is.
+/// only the Customize dialog changes), those that differ from the file only.
+/// Returns false when the file could not be written; a corrupt file is left
+/// as it is.
 bool save_settings(const AppSettings& settings, const std::string& ini_file = {});
+
+/// True when saving `settings` would leave the file as it is.
+[[nodiscard]] bool settings_stored_as(const AppSettings& settings, const std::string& ini_file = {});
+
+/// The user's documents folder with "/" separators (may not exist yet).
+[[nodiscard]] std::string user_documents_folder();
+
+/// Every file the settings and the documents folder are read from, whether
+/// it exists or not (the user's settings file first).
+[[nodiscard]] std::vector<std::string> settings_files();
+
+// The functions above use Qt, which the program loads only when it needs
+// them (see qt_module.h); the ones below do not.
 
 }  // namespace tl::shell

@@ -1,9 +1,6 @@
 // working_folder.cpp — choosing and entering the working folder.
 #include "shell/working_folder.h"
 
-#include <QDir>
-#include <QStandardPaths>
-
 #include <filesystem>
 #include <system_error>
 
@@ -23,11 +20,6 @@ std::string join(const std::string& folder, const char* name) {
 }
 
 }  // namespace
-
-std::string user_documents_folder() {
-    return QDir::fromNativeSeparators(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
-        .toStdString();
-}
 
 std::string choose_working_folder(AppSettings& settings, const std::string& documents_folder,
                                   const std::string& program_folder) {

@@ -7,9 +7,6 @@
 
 namespace tl::shell {
 
-/// The user's documents folder with "/" separators (may not exist yet).
-[[nodiscard]] std::string user_documents_folder();
-
 /// Picks the working folder:
 ///  1. "WorkPath" when it names an existing folder;
 ///  2. otherwise "WorkPath" is cleared and `documents_folder` + "/Tessaline" is

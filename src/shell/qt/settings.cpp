@@ -1,8 +1,10 @@
-// settings.cpp — reading and writing the user's settings through QSettings.
+// settings.cpp — the user's settings through QSettings, and the documents folder.
 #include "shell/settings.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QStringDecoder>
 #include <QString>
 #include <QStringList>
@@ -82,25 +84,26 @@ void read_recent(const QSettings& store, RecentList& list) {
     }
 }
 
-/// Stores a value unless the store holds it already; true when it wrote.
-bool put(QSettings& store, const QString& name, const QString& value) {
+/// Stores a value unless the store holds it already (only compares unless
+/// `write`); true when the value differs.
+bool put(QSettings& store, const QString& name, const QString& value, bool write) {
     if (store.contains(name) && store.value(name).toString() == value) return false;
-    store.setValue(name, value);
+    if (write) store.setValue(name, value);
     return true;
 }
 
-/// Stores a recent list; true when anything changed.
-bool write_recent(QSettings& store, const RecentList& list) {
+/// Stores a recent list; true when anything differs.
+bool write_recent(QSettings& store, const RecentList& list, bool write) {
     bool changed = false;
     for (std::size_t i = 0; i < list.entries.size(); ++i) {
         const QString name = QString::fromLatin1(list.value_prefix) + QString::number(i);
         if (list.entries[i].empty()) {
             if (store.contains(name)) {
-                store.remove(name);
+                if (write) store.remove(name);
                 changed = true;
             }
         } else {
-            changed = put(store, name, QString::fromStdString(list.entries[i])) || changed;
+            changed = put(store, name, QString::fromStdString(list.entries[i]), write) || changed;
         }
     }
     return changed;
@@ -141,20 +144,18 @@ AppSettings load_settings(const std::string& ini_file) {
     return s;
 }
 
-bool save_settings(const AppSettings& s, const std::string& ini_file) {
-    // Never overwrite a file that could not be read: the user may want it back.
-    auto store = open_usable_store(ini_file);
-    if (!store) return false;
-    store->beginGroup(QString::fromLatin1(settings_group));
+namespace {
 
-    // Only what differs is written: a session that changed nothing leaves the
-    // file alone (and is not slowed down by rewriting it).
+/// Puts the settings into the store (or only compares, unless `write`);
+/// true when anything differs.
+bool put_settings(QSettings& store, const AppSettings& s, bool write) {
+    store.beginGroup(QString::fromLatin1(settings_group));
     bool changed = false;
     const auto put_text = [&](const char* name, const std::string& v) {
-        changed = put(*store, QString::fromLatin1(name), QString::fromStdString(v)) || changed;
+        changed = put(store, QString::fromLatin1(name), QString::fromStdString(v), write) || changed;
     };
     const auto put_number = [&](const char* name, std::uint32_t v) {
-        changed = put(*store, QString::fromLatin1(name), QString::number(v)) || changed;
+        changed = put(store, QString::fromLatin1(name), QString::number(v), write) || changed;
     };
     put_text("LogFilePath", s.log_file_path);
     put_text("LogFileName", s.log_file_name);
@@ -170,11 +171,52 @@ bool save_settings(const AppSettings& s, const std::string& ini_file) {
 
     for (const RecentList* list :
          {&s.recent_working_dirs, &s.recent_log_files, &s.recent_source_programs, &s.recent_commands})
-        changed = write_recent(*store, *list) || changed;
+        changed = write_recent(store, *list, write) || changed;
+    store.endGroup();
+    return changed;
+}
 
-    store->endGroup();
-    if (changed) store->sync();
+}  // namespace
+
+bool save_settings(const AppSettings& s, const std::string& ini_file) {
+    // Never overwrite a file that could not be read: the user may want it back.
+    auto store = open_usable_store(ini_file);
+    if (!store) return false;
+    // Only what differs is written: a session that changed nothing leaves the
+    // file alone (and is not slowed down by rewriting it).
+    if (put_settings(*store, s, true)) store->sync();
     return store->status() == QSettings::NoError;
+}
+
+bool settings_stored_as(const AppSettings& s, const std::string& ini_file) {
+    auto store = open_usable_store(ini_file);
+    if (!store) return true;  // a file that is never written counts as up to date
+    return !put_settings(*store, s, false);
+}
+
+std::string user_documents_folder() {
+    return QDir::fromNativeSeparators(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
+        .toStdString();
+}
+
+std::vector<std::string> settings_files() {
+    // The user's file, the organisation's file beside it, and both in every
+    // system configuration folder (QSettings falls back on them in that
+    // order), and the file of the user's standard folders.
+    std::vector<std::string> files;
+    const QSettings store(QString::fromLatin1(settings_organisation), QString::fromLatin1(settings_application));
+    files.push_back(store.fileName().toStdString());
+    const QString organisation = QString::fromLatin1(settings_organisation);
+    const QString application = QString::fromLatin1(settings_application);
+    const QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    for (const QString& folder : folders) {
+        files.push_back((folder + QLatin1Char('/') + organisation + QLatin1Char('/') + application +
+                         QStringLiteral(".conf")).toStdString());
+        files.push_back((folder + QLatin1Char('/') + organisation + QStringLiteral(".conf")).toStdString());
+    }
+    files.push_back((QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                     QStringLiteral("/user-dirs.dirs")).toStdString());
+    return files;
 }
 
 }  // namespace tl::shell
