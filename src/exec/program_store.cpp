@@ -168,20 +168,20 @@ int next_line(std::uint32_t offset, ProgramLine& line) {
 int read_statement_number(const char*& p, const char* line_start, std::uint32_t& number, bool allow_comma) {
     if (*p < '0' || *p > '9') return 0;
     const char* begin = p;
-    double value = 0;
+    std::uint64_t value = 0;  // ten digits fit
     int digits = 0;
     while (*p >= '0' && *p <= '9') {
         if (++digits > 10) {
             lang.reporter.error_column = static_cast<int>(begin - line_start);
             return report_error(err_statement_number_has_too_many);
         }
-        value = value * 10 + (*p - '0');
+        value = value * 10 + static_cast<std::uint64_t>(*p - '0');
         ++p;
     }
     const char c = *p;
     const bool ends = c == 0 || c == ' ' || c == '\t' || c == ':' || c == '\r' || (c == '/' && p[1] == '/') ||
                       (allow_comma && c == ',');
-    if (!ends || value == 0 || value > 2147483647.0) {
+    if (!ends || value == 0 || value > 2147483647) {
         lang.reporter.error_column = static_cast<int>(begin - line_start);
         return report_error(err_invalid_statement_number);
     }
