@@ -1,13 +1,14 @@
 // terminal_front_end.cpp — console output, line input with libedit, keys and Ctrl+C.
 #include "shell/terminal_front_end.h"
 
-#include <editline/readline.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <string>
+
+#include "shell/line_editor.h"
 
 namespace tl::shell {
 namespace {
@@ -34,7 +35,7 @@ void TerminalFrontEnd::write(std::string_view text) {
 bool TerminalFrontEnd::read_line(std::string_view prompt, std::string& line) {
     if (editing_) {
         const std::string p(prompt);
-        char* text = readline(p.c_str());
+        char* text = line_editor()->readline(p.c_str());
         if (text == nullptr) return false;
         line = text;
         std::free(text);
@@ -68,22 +69,24 @@ int TerminalFrontEnd::read_key() {
 
 void TerminalFrontEnd::enable_line_editing(const std::string& history_file) {
     if (&in_ != &std::cin || !isatty(STDIN_FILENO)) return;
+    const LineEditor* editor = line_editor();
+    if (editor == nullptr) return;  // plain reading
     editing_ = true;
     history_file_ = history_file;
     // Ctrl+C only sets the interrupt flag (our handler); the line editor must
     // not pass it on as a signal that ends the interpreter.
-    rl_catch_signals = 0;
-    using_history();
-    stifle_history(history_length);
-    if (!history_file_.empty()) read_history(history_file_.c_str());
+    *editor->catch_signals = 0;
+    editor->using_history();
+    editor->stifle_history(history_length);
+    if (!history_file_.empty()) editor->read_history(history_file_.c_str());
 }
 
 void TerminalFrontEnd::remember(const std::string& line) {
-    if (editing_ && !line.empty()) add_history(line.c_str());
+    if (editing_ && !line.empty()) line_editor()->add_history(line.c_str());
 }
 
 void TerminalFrontEnd::save_history() {
-    if (editing_ && !history_file_.empty()) write_history(history_file_.c_str());
+    if (editing_ && !history_file_.empty()) line_editor()->write_history(history_file_.c_str());
 }
 
 }  // namespace tl::shell
