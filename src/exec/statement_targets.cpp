@@ -191,14 +191,7 @@ int read_value_item(const char* list, const char* end, const char*& pos, ValueIt
                     error_at = item.column;
                     return err_incorrect_data_type_looking_string;
                 }
-                c = *p;
-                switch (c) {
-                    case 'r': c = '\r'; break;
-                    case 'n': c = '\n'; break;
-                    case '+': c = 15; break;
-                    case '-': c = 14; break;
-                    default: break;
-                }
+                c = escaped_character(*p);
             }
             if (n < max_string_length) item.text[n++] = c;
             ++p;

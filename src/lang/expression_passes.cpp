@@ -336,17 +336,6 @@ int pass_add_subtract(ItemTable& t) {
 
 // ---- pass 5: comparisons --------------------------------------------------
 
-bool compare_result(int slot, int order) {
-    switch (slot) {
-        case cmp_eq: return order == 0;
-        case cmp_lt: return order < 0;
-        case cmp_gt: return order > 0;
-        case cmp_le: return order <= 0;
-        case cmp_ge: return order >= 0;
-        default: return order != 0;
-    }
-}
-
 int pass_comparisons(ItemTable& t) {
     for (int i = 0; i < t.count;) {
         const Item& op = t.items[i];
@@ -377,7 +366,7 @@ int pass_comparisons(ItemTable& t) {
                 order = long_compare(long_at(a.word), long_at(b.word));
             }
         }
-        replace_by_double(t, i, compare_result(slot, order) ? 1.0 : 0.0);
+        replace_by_double(t, i, comparison_holds(slot, order) ? 1.0 : 0.0);
     }
     return 0;
 }
@@ -463,6 +452,17 @@ unsigned passes_needed(const ItemTable& t) {
 }
 
 }  // namespace
+
+bool comparison_holds(int slot, int order) {
+    switch (slot) {
+        case cmp_eq: return order == 0;
+        case cmp_lt: return order < 0;
+        case cmp_gt: return order > 0;
+        case cmp_le: return order <= 0;
+        case cmp_ge: return order >= 0;
+        default: return order != 0;
+    }
+}
 
 int reduce_expression(ItemTable& t) {
     if (lang.reporter.debug) list_item_table(t.items, t.count, nullptr);

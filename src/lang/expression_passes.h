@@ -19,6 +19,10 @@ struct ItemTable {
     const char* text_end = nullptr;
 };
 
+/// Whether a comparison of slot `slot` (cmp_eq ... cmp_ne) holds for an
+/// order of -1, 0 or 1.
+[[nodiscard]] bool comparison_holds(int slot, int order);
+
 /// Reduces the table in the seven passes (listing it after each pass in the
 /// debug state). Returns 0 or a negated, reported error.
 [[nodiscard]] int reduce_expression(ItemTable& table);

@@ -18,6 +18,7 @@
 #include "exec/memory_areas.h"
 #include "exec/string_space.h"
 #include "lang/evaluator.h"
+#include "lang/expression_passes.h"
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
 #include "lang/number_text.h"
@@ -459,14 +460,7 @@ bool make_string(PlanMaker& m, Symbol& symbol) {
         if (c == '\\') {
             ++m.p;
             if (m.at_end()) return false;
-            c = *m.p;
-            switch (c) {
-                case 'r': c = '\r'; break;
-                case 'n': c = '\n'; break;
-                case '+': c = 15; break;
-                case '-': c = 14; break;
-                default: break;
-            }
+            c = escaped_character(*m.p);
         }
         if (n >= scan_buffer_size - 2 || start + n >= sizeof plan.pool) return false;
         plan.pool[start + n++] = c;
@@ -690,17 +684,6 @@ int text_order(const Value& a, const Value& b) {
     return a.length == b.length ? 0 : (a.length < b.length ? -1 : 1);
 }
 
-bool compare(int slot, int order) {
-    switch (slot) {
-        case cmp_eq: return order == 0;
-        case cmp_lt: return order < 0;
-        case cmp_gt: return order > 0;
-        case cmp_le: return order <= 0;
-        case cmp_ge: return order >= 0;
-        default: return order != 0;
-    }
-}
-
 /// An element's place from the subscripts on the stack; false when out of range.
 bool element_offset(const ArrayEntry& a, const Value* subscripts, int count, std::int64_t& offset) {
     if (a.dimensions != count) return false;
@@ -836,7 +819,7 @@ bool replay_numbers(const ExpressionPlan& plan, double& out) {
                 r = std::pow(a, b);
                 if (!std::isfinite(r)) return false;
                 break;
-            case plan_compare: r = compare(step.count, a < b ? -1 : (a > b ? 1 : 0)) ? 1.0 : 0.0; break;
+            case plan_compare: r = comparison_holds(step.count, a < b ? -1 : (a > b ? 1 : 0)) ? 1.0 : 0.0; break;
             case plan_and: r = a != 0.0 && b != 0.0 ? 1.0 : 0.0; break;
             case plan_or: r = a != 0.0 || b != 0.0 ? 1.0 : 0.0; break;
             default: r = (a != 0.0) != (b != 0.0) ? 1.0 : 0.0; break;
@@ -920,7 +903,7 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
                 a = Value{0.0, text, n + m};
                 continue;
             }
-            case plan_text_compare: a = Value{compare(step.count, text_order(a, b)) ? 1.0 : 0.0}; continue;
+            case plan_text_compare: a = Value{comparison_holds(step.count, text_order(a, b)) ? 1.0 : 0.0}; continue;
             case plan_and: a = Value{truth(a) && truth(b) ? 1.0 : 0.0}; continue;
             case plan_or: a = Value{truth(a) || truth(b) ? 1.0 : 0.0}; continue;
             case plan_differ: a = Value{truth(a) != truth(b) ? 1.0 : 0.0}; continue;
@@ -942,7 +925,7 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
                 r = std::fmod(x, y);
                 break;
             case plan_power: r = std::pow(x, y); break;
-            default: r = compare(step.count, x < y ? -1 : (x > y ? 1 : 0)) ? 1.0 : 0.0; break;
+            default: r = comparison_holds(step.count, x < y ? -1 : (x > y ? 1 : 0)) ? 1.0 : 0.0; break;
         }
         // Sums and differences may overflow quietly; the others are errors.
         if (step.op >= plan_multiply && step.op <= plan_power && !std::isfinite(r)) return false;

@@ -164,14 +164,7 @@ int scan_string(Item& item, int mode) {
             ++s.position;
             if (s.position >= s.end || *s.position == 0)
                 return scan_error(err_string_not_terminated_quote, scan_column());
-            c = *s.position;
-            switch (c) {
-                case 'r': c = '\r'; break;
-                case 'n': c = '\n'; break;
-                case '+': c = 15; break;  // console: switch to the alternate character set
-                case '-': c = 14; break;  // console: back to the standard character set
-                default: break;           // any other character stands for itself
-            }
+            c = escaped_character(*s.position);
         }
         if (n >= max_string_constant) return scan_error(err_string_too_long, scan_column());
         s.buffer[n++] = c;

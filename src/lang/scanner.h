@@ -69,6 +69,19 @@ void skip_blanks();
 /// Column of the scan position relative to the statement start.
 [[nodiscard]] int scan_column();
 
+/// The character that "\\" followed by `c` stands for in a string constant:
+/// r and n the line-end characters, + and - the console's character-set
+/// switches (15 and 14), any other character itself.
+[[nodiscard]] inline char escaped_character(char c) {
+    switch (c) {
+        case 'r': return '\r';
+        case 'n': return '\n';
+        case '+': return 15;
+        case '-': return 14;
+        default: return c;
+    }
+}
+
 /// The last name scanned, or the element reference "name(s1,s2,...)" last fetched.
 [[nodiscard]] const char* scan_name_text();
 
