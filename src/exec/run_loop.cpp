@@ -361,10 +361,17 @@ int do_assignment(const Item& target, int kind) {
     char name[sizeof s.name];
     std::memcpy(name, scan_name_text(), sizeof name);
 
-    Item eq;
+    // The "=": a plain "=" is the only comparison form that starts with it,
+    // so it is taken directly; anything else goes through the scanner for its error.
     const int eq_column = scan_column();
-    if (get_item(eq, 0) != kind_comparison || eq.word != cmp_eq)
-        return error_at_column(err_invalid_statement, eq_column);
+    skip_blanks();
+    if (s.position < s.end && *s.position == '=') {
+        ++s.position;
+    } else {
+        Item eq;
+        if (get_item(eq, 0) != kind_comparison || eq.word != cmp_eq)
+            return error_at_column(err_invalid_statement, eq_column);
+    }
     const int value_column = scan_column();
     const int value_kind = evaluate_expression(0);
     if (value_kind < 0) return value_kind;
