@@ -253,7 +253,8 @@ bool too_many_integer_digits(std::string_view text) {
         }
         if (c >= '0' && c <= '9') ++digits;
     }
-    return static_cast<long>(digits) + exponent > max_long_digits;
+    // strtol gives LONG_MAX for an exponent too long to read: compare without adding.
+    return exponent > static_cast<long>(max_long_digits) - static_cast<long>(digits);
 }
 
 /// The value of the operand just evaluated (kind `kind`) as a long number.
