@@ -2,6 +2,9 @@
 #include "exec/stack_guard.h"
 
 #include <pthread.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <cstdint>
 
@@ -13,6 +16,21 @@
 namespace tl {
 
 void init_stack_guard() {
+    // The main thread's stack may grow to the resource limit below its top;
+    // the top lies a little above this frame, so the limit found from here
+    // is lower than the real one by no more than the frames above (far less
+    // than the reserve). Asking the thread library instead reads the process
+    // map, which is slow for the main thread.
+    rlimit limit{};
+    if (getpid() == static_cast<pid_t>(syscall(SYS_gettid)) && getrlimit(RLIMIT_STACK, &limit) == 0 &&
+        limit.rlim_cur != RLIM_INFINITY && limit.rlim_cur > 2 * stack_reserve) {
+        char here = 0;
+        const auto top = reinterpret_cast<std::uintptr_t>(&here);
+        if (top > limit.rlim_cur) {
+            exec.stack_limit = top - limit.rlim_cur + stack_reserve;
+            return;
+        }
+    }
     pthread_attr_t attr;
     if (pthread_getattr_np(pthread_self(), &attr) != 0) return;
     void* base = nullptr;

@@ -977,6 +977,13 @@ PlanStamp current_stamp() {
 
 }  // namespace
 
+void PlanTableFree::operator()(ExpressionPlan* table) const { std::free(table); }
+
+PlanTable new_plan_table() {
+    // calloc: the zero pages of a fresh block cost nothing until written.
+    return PlanTable(static_cast<ExpressionPlan*>(std::calloc(plan_cache_size, sizeof(ExpressionPlan))));
+}
+
 int run_expression_plan(int mode) {
     ScanState& s = lang.scan;
     if (!exec.caches_enabled || (mode & ~(scan_in_parentheses | scan_separators)) != 0 || exec.check_mode ||
@@ -992,8 +999,9 @@ int run_expression_plan(int mode) {
     const std::ptrdiff_t room = s.end - p;
     if (room <= 0 || room > 0xFFFF) return 0;
     const auto key = static_cast<std::uint32_t>(p - image) + 1;
-    std::vector<ExpressionPlan>& plans = lang.caches.plans;
-    if (plans.empty()) plans.resize(plan_cache_size);
+    PlanTable& plans = lang.caches.plans;
+    if (!plans) plans = new_plan_table();
+    if (!plans) return 0;
     ExpressionPlan& plan = plans[((key * 4u + static_cast<std::uint32_t>(mode)) * 2654435761u) >> 23 &
                                  (plan_cache_size - 1)];
     const PlanStamp stamp = current_stamp();

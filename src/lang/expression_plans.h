@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 namespace tl {
 
@@ -125,6 +126,16 @@ struct ExpressionPlan {
 };
 
 inline constexpr std::uint32_t plan_cache_size = 512;  // a power of two
+
+/// Gives back a plan table.
+struct PlanTableFree {
+    void operator()(ExpressionPlan* table) const;
+};
+
+/// plan_cache_size empty plans (all their bytes zero). The table is large and
+/// mostly unused: its memory is taken from the system only as plans are made.
+using PlanTable = std::unique_ptr<ExpressionPlan[], PlanTableFree>;
+[[nodiscard]] PlanTable new_plan_table();
 
 /// Evaluates the expression at the scan position from its plan, making the
 /// plan first if the place is new. Returns kind_double (or kind_numeric_text

@@ -82,7 +82,7 @@ struct ScanCaches {
     std::array<NameCacheEntry, name_cache_size> names{};
     std::array<NumberCacheEntry, number_cache_size> numbers{};
     /// Plans of numeric expressions by place (plan_cache_size entries once used).
-    std::vector<ExpressionPlan> plans;
+    PlanTable plans;
     /// Names by place (name_place_cache_size entries once used).
     std::vector<NamePlace> places;
     std::uint32_t next_serial = 0;
