@@ -66,10 +66,13 @@ case $target in
 esac
 
 # In its own folder: CHDIR, CHAIN and the program file stay there.
+# A DIM may ask for up to 2^31 elements (16 GB of doubles): its zeroed block
+# is taken lazily, so only memory really used counts (the RSS limit); a
+# single allocation is not refused for its size alone.
 cd "$work"
 status=0
 TMPDIR=$work ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-  nice -n 19 "$binary" -jobs=1 -workers=1 -max_total_time="$seconds" -timeout=20 -rss_limit_mb=3072 \
+  nice -n 19 "$binary" -jobs=1 -workers=1 -max_total_time="$seconds" -timeout=20 -rss_limit_mb=3072 -malloc_limit_mb=17000 \
   -artifact_prefix="$artifacts/" -print_final_stats=1 "${options[@]}" "$@" "$corpus" </dev/null \
   >"$work/run.log" 2>&1 || status=$?
 log=$work/fuzz-0.log
