@@ -1,7 +1,11 @@
 // Tests of the program store: reading files in the three modes, lines and statement numbers.
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
@@ -95,6 +99,59 @@ TEST_F(ProgramStoreTest, ListingOffsets) {
     EXPECT_STREQ(out, "    FFFF");
     format_offset(0x12345, out);
     EXPECT_STREQ(out, "   12345");  // "%4X%04X": high half blank-padded, low half zero-padded
+}
+
+}  // namespace
+}  // namespace tl::test
+
+namespace tl::test {
+namespace {
+
+/// The lines of `text` as the run loop must see them: split at LF, one CR
+/// before the LF taken off, and a last CR of the text too.
+std::vector<std::string> reference_lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        std::size_t lf = text.find('\n', at);
+        const std::size_t end = lf == std::string::npos ? text.size() : lf;
+        std::string line = text.substr(at, end - at);
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        lines.push_back(line.substr(0, line.find('\0')));
+        at = lf == std::string::npos ? text.size() : lf + 1;
+    }
+    return lines;
+}
+
+std::vector<std::string> image_lines() {
+    std::vector<std::string> lines;
+    ProgramLine line;
+    for (std::uint32_t at = 0; next_line(at, line) == 0; at = line.next) lines.emplace_back(line.text);
+    return lines;
+}
+
+TEST_F(ProgramStoreTest, TheImageFollowsEveryChangeOfTheText) {
+    // Random edits at random places (appends, cuts, rewrites of a tail), some
+    // splitting a CR LF pair, each announced from where it starts: the lines
+    // read in place must be those of the text as it now is.
+    std::mt19937 rng(42);
+    const char alphabet[] = {'a', 'b', ' ', ':', '\r', '\n', '\n', '\r', 'x', '\0'};
+    std::string text = "10 print 1\r\n20 goto 10\r\n";
+    ASSERT_TRUE(replace_program_text(text));
+    for (int round = 0; round < 400; ++round) {
+        const std::size_t from = text.empty() ? 0 : rng() % (text.size() + 1);
+        std::string tail;
+        const std::size_t n = rng() % 12;
+        for (std::size_t i = 0; i < n; ++i) tail += alphabet[rng() % sizeof alphabet];
+        text = text.substr(0, from) + tail;
+        if (text.size() + 2 >= areas.program_size) text.clear();
+        std::memcpy(areas.program.get(), text.data(), text.size());
+        areas.program_length = static_cast<std::uint32_t>(text.size());
+        areas.program.get()[text.size()] = 0;
+        program_text_changed(static_cast<std::uint32_t>(text.empty() ? 0 : std::min(from, text.size())));
+        if (rng() % 3 == 0) continue;  // several changes before the next read
+        ASSERT_EQ(image_lines(), reference_lines(text)) << round;
+    }
 }
 
 }  // namespace
