@@ -20,6 +20,7 @@
 #include "lang/evaluator.h"
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
+#include "lang/scan_caches.h"
 #include "lang/scanner.h"
 #include "longmath/long_arith.h"
 #include "longmath/long_convert.h"
@@ -118,7 +119,9 @@ int peek_keyword() {
         ++n;
     }
     if (n == 0) return -1;
-    return find_keyword(Table::statements, std::string_view(word, n));
+    const std::string_view name(word, n);
+    if (const NameCacheEntry* known = cached_name(name)) return known->slots.statement;
+    return find_keyword(Table::statements, name);
 }
 
 void skip_colon() {

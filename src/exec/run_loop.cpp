@@ -358,8 +358,14 @@ int do_assignment(const Item& target, int kind) {
     } else {
         type = kind == kind_long ? kind_long : (kind == kind_string ? kind_string : kind_double);
     }
+    // The target's name for the Result line; an element's reference is
+    // written out only if the line is shown.
     char name[sizeof s.name];
-    std::memcpy(name, scan_name_text(), sizeof name);
+    std::memcpy(name, s.name, sizeof name);
+    const ArrayEntry* const name_element = s.name_element;
+    const int name_subscript_count = s.name_subscript_count;
+    double name_subscripts[sizeof s.name_subscripts / sizeof(double)];
+    std::memcpy(name_subscripts, s.name_subscripts, sizeof name_subscripts);
 
     // The "=": a plain "=" is the only comparison form that starts with it,
     // so it is taken directly; anything else goes through the scanner for its error.
@@ -396,6 +402,8 @@ int do_assignment(const Item& target, int kind) {
         return error_at_column(err_type_mismatch_assignment_statement, value_column);
     }
     if (lang.reporter.debug || host.flags.step_mode.load() || exec.trace || exec.running_command_line) {
+        if (name_element != nullptr)
+            format_element_reference(*name_element, name_subscript_count, name_subscripts, name, sizeof name);
         if (predefined >= 0) {
             const PredefinedVariable& p = lang.predefined[static_cast<std::size_t>(predefined)];
             show_result(p.type, name, p.number, 0);

@@ -620,7 +620,7 @@ bool make_plan(const char* start, int mode, ExpressionPlan& plan) {
     if (plan.sole_name && plan.steps[plan.step_count - 1].op != plan_text_variable) return false;
     if (m.events_full) return false;
     plan.event_count = static_cast<std::uint8_t>(m.event_count);
-    plan.numbers_only = !plan.string_result;
+    plan.numbers_only = !plan.string_result;  // a lone number constant too: its text is held at a known size
     for (int i = 0; i < m.event_count; ++i) {
         const MakerEvent& e = m.events[i];
         plan.events[i] = PlanEvent{e.type, static_cast<std::uint8_t>(e.node >= 0 ? m.step_of[e.node] : 0), e.size};
@@ -993,9 +993,7 @@ int run_expression_plan(int mode) {
     // in the program image.
     const char* image = areas.program_image.get();
     const char* p = s.position;
-    if (image == nullptr || p < image || p >= image + areas.program_length ||
-        areas.program_image_valid < areas.program_length || areas.program_image_length != areas.program_length)
-        return 0;
+    if (image == nullptr || p < image || p >= image + areas.program_length) return 0;
     const std::ptrdiff_t room = s.end - p;
     if (room <= 0 || room > 0xFFFF) return 0;
     const auto key = static_cast<std::uint32_t>(p - image) + 1;
@@ -1006,6 +1004,10 @@ int run_expression_plan(int mode) {
                                  (plan_cache_size - 1)];
     const PlanStamp stamp = current_stamp();
     if (plan.key != key || plan.mode != mode || plan.room != room || !(plan.stamp == stamp)) {
+        // A plan is made only from an image that is up to date: any later
+        // change of the text changes the generation in its stamp.
+        if (areas.program_image_valid < areas.program_length || areas.program_image_length != areas.program_length)
+            return 0;
         plan.key = key;
         plan.mode = static_cast<std::uint8_t>(mode);
         plan.room = static_cast<std::uint16_t>(room);
@@ -1018,7 +1020,9 @@ int run_expression_plan(int mode) {
     // cannot fail and its space use is fixed; others go the long way.
     if (s.skipping && !plan.numbers_only) return 0;
     if (plan.numeric_text) {
-        if (!account_temporary_space(plan, nullptr)) return 0;
+        ByteArea& t = areas.temp_strings;
+        if (t.used + plan.space_needed > t.size) return 0;
+        t.used += plan.space_after;
         // As the evaluator leaves a constant: its text, known as this double.
         std::memcpy(s.buffer, plan.text, sizeof plan.text);
         std::memcpy(s.constant_text, plan.text, sizeof plan.text);
