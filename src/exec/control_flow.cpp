@@ -158,9 +158,20 @@ int continue_behind_loop_end(std::uint32_t loop_line) {
 
 /// Runs a loop body from `line_offset`, resuming at `column` of that line.
 int run_body(std::uint32_t line_offset, int column) {
-    exec.position.resume_in_line = column;
     exec.next_reached = false;
     exec.wend_reached = false;
+    // A body that starts on the next line is run from there: the rest of
+    // this line holds nothing to run.
+    const ProgramLine& line = *exec.current_line;
+    if (column <= line.length) {
+        const char* rest = line.text + column;
+        while (*rest == ' ' || *rest == '\t') ++rest;
+        if (*rest == 0 && exec.position.line_offset == line_offset) {
+            exec.position.resume_in_line = -1;
+            return run_program_from(exec.position.next_offset);
+        }
+    }
+    exec.position.resume_in_line = column;
     return run_program_from(line_offset);
 }
 
