@@ -12,6 +12,7 @@
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
 #include "exec/run_loop.h"
+#include "exec/sizing_settings.h"
 #include "lang/lang_state.h"
 #include "test_support.h"
 
@@ -184,6 +185,21 @@ TEST_F(ExpressionPlansTest, StatementsPassedOverRaiseNothing) {
         "  if k < 5 then r(2) = r(2) + k else r(3) = n(-k) / 0 + 1.5\r\n  while k > 9: r(0) = 1 / 0: wend\r\n"
         "next\r\nprint r(1); r(2); r(3)\r\nprintall \"memory\"\r\n");
     EXPECT_GT(replays, 6u);
+}
+
+TEST_F(ExpressionPlansTest, RunningOutOfTemporarySpaceIsTheEvaluatorsMessage) {
+    // With the smallest temporary string space, long joins and function
+    // calls fill it: the plan must give up exactly where the evaluator runs
+    // out, leaving its message, and agree on the space used before that.
+    sizes.value[static_cast<std::size_t>(size_temp_string_space)] = 4096;
+    // The first round fits; a later one, with longer texts, does not.
+    const std::string setup = "s$ = string$(200, \"a\"): t$ = \"\"\r\nfor k = 1 to 9\r\n  u$ = left$(s$, k * 25)\r\n  ";
+    for (const char* body : {"t$ = u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$",
+                             "t$ = mid$(u$+u$+u$+u$+u$+u$+u$+u$, k)+mid$(u$+u$+u$+u$+u$+u$+u$, 2)+u$+u$+u$",
+                             "if len(u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$+u$) < 0 then t$ = u$"}) {
+        expect_same(setup + body + "\r\nnext\r\nprint len(t$); k\r\nprintall \"memory\"\r\n");
+    }
+    EXPECT_GT(replays, 3u);
 }
 
 TEST_F(ExpressionPlansTest, ErrorsInLaterRoundsAreReportedByTheEvaluator) {
