@@ -9,6 +9,7 @@
 
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
+#include "shell_test_support.h"
 #include "test_support.h"
 
 namespace tl::test {
@@ -16,7 +17,8 @@ namespace {
 
 class ProgramStoreTest : public CoreTest {
 protected:
-    std::string dir = ::testing::TempDir();
+    ScratchDir scratch;  // its own folder: the tests run in parallel processes
+    std::string dir = scratch.path();
 
     std::string file(const std::string& name, const std::string& text) {
         const std::string path = dir + "/" + name;
