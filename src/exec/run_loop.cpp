@@ -19,6 +19,7 @@
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
 #include "lang/scanner.h"
+#include "lang/statement_heads.h"
 #include "longmath/long_arith.h"
 #include "longmath/long_convert.h"
 #include "longmath/long_space.h"
@@ -452,7 +453,7 @@ int execute_statement() {
 
     int result = 0;
     Item item;
-    const int kind = get_item(item, scan_statement_position);
+    const int kind = scan_statement_head(item);
     switch (kind) {
         case kind_double:
         case kind_string:

@@ -970,12 +970,12 @@ bool account_temporary_space(const ExpressionPlan& plan, const Value* results) {
     return true;
 }
 
+}  // namespace
+
 PlanStamp current_stamp() {
     return PlanStamp{areas.program_generation, areas.name_tables_generation, areas.variable_count, areas.array_count,
                      lang.functions.generation};
 }
-
-}  // namespace
 
 void PlanTableFree::operator()(ExpressionPlan* table) const { std::free(table); }
 

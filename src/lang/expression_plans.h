@@ -93,6 +93,9 @@ struct PlanStamp {
     bool operator==(const PlanStamp&) const = default;
 };
 
+/// The stamp of the program and the name tables as they are now.
+[[nodiscard]] PlanStamp current_stamp();
+
 struct ExpressionPlan {
     std::uint32_t key = 0;  ///< program offset of the scan position + 1; 0: unused
     std::uint8_t mode = 0;  ///< the evaluation mode

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "lang/expression_plans.h"
+#include "lang/statement_heads.h"
 
 namespace tl {
 
@@ -83,6 +84,8 @@ struct ScanCaches {
     std::array<NumberCacheEntry, number_cache_size> numbers{};
     /// Plans of numeric expressions by place (plan_cache_size entries once used).
     PlanTable plans;
+    /// The first Item of statements by place.
+    std::array<StatementHead, statement_head_cache_size> heads{};
     /// Names by place (name_place_cache_size entries once used).
     std::vector<NamePlace> places;
     std::uint32_t next_serial = 0;

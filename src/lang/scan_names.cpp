@@ -154,6 +154,8 @@ int call_special_function(Item& item, int slot) {
     return give_result(item, k);
 }
 
+}  // namespace
+
 int fetch_variable(Item& item, int index, int mode) {
     VariableEntry& v = variable_at(index);
     lang.scan.value_ref = &v;
@@ -170,6 +172,8 @@ int fetch_variable(Item& item, int index, int mode) {
             return scan_error(err_invalid_type, item.column);
     }
 }
+
+namespace {
 
 int create_unknown(Item& item, int mode, std::string_view name) {
     lang.reporter.error_column = item.column;
@@ -213,20 +217,10 @@ bool element_in_range(const ArrayEntry& a, int count, const double* values) {
     return true;
 }
 
-int scan_array_element(Item& item, int mode, std::string_view name, NameCacheEntry* cached) {
-    ScanState& s = lang.scan;
-    ArrayEntry* a = find_array_via(cached, name);
-    if (a == nullptr) {
-        if (declaring(mode)) return scan_name;  // DIM or LONG of a new array: the statement reads the sizes
-        if ((mode & scan_reference_only) != 0) return -1;
-        if (!s.defining_function && !s.skipping) {
-            console_print("\n%s\n", scan_name_text());
-            return scan_error(err_not_function_or_array, item.column);
-        }
-    } else if (declaring(mode)) {
-        return scan_error(err_array_already_dimensioned, item.column);
-    }
+}  // namespace
 
+int scan_element_item(Item& item, int mode, std::string_view name, ArrayEntry* a) {
+    ScanState& s = lang.scan;
     Item subscripts[max_parameters];
     const std::uint32_t string_mark = temp_string_mark();
     const std::uint32_t long_mark = temp_long_mark();
@@ -292,6 +286,23 @@ int scan_array_element(Item& item, int mode, std::string_view name, NameCacheEnt
         default:
             return scan_error(err_invalid_type, item.column);
     }
+}
+
+namespace {
+
+int scan_array_element(Item& item, int mode, std::string_view name, NameCacheEntry* cached) {
+    ArrayEntry* a = find_array_via(cached, name);
+    if (a == nullptr) {
+        if (declaring(mode)) return scan_name;  // DIM or LONG of a new array: the statement reads the sizes
+        if ((mode & scan_reference_only) != 0) return -1;
+        if (!lang.scan.defining_function && !lang.scan.skipping) {
+            console_print("\n%s\n", scan_name_text());
+            return scan_error(err_not_function_or_array, item.column);
+        }
+    } else if (declaring(mode)) {
+        return scan_error(err_array_already_dimensioned, item.column);
+    }
+    return scan_element_item(item, mode, name, a);
 }
 
 /// An argument of the user-defined function being evaluated (kind 19): the
