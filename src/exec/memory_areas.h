@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -155,6 +156,16 @@ struct MemoryAreas {
     std::uint32_t program_image_length = 0;
     /// Raised whenever the program text changes; cached plans check it.
     std::uint32_t program_generation = 0;
+    /// Lines split before, by offset (see next_line), in generation `generation`.
+    struct LineCacheEntry {
+        std::uint32_t key = 0;  ///< line offset + 1; 0: unused
+        std::uint32_t generation = 0;
+        std::uint32_t next = 0;
+        std::uint32_t length = 0;
+        std::uint32_t text_length = 0;
+    };
+    static constexpr std::size_t line_cache_size = 256;  // a power of two
+    std::array<LineCacheEntry, line_cache_size> line_cache{};
     /// The start of a line too long to run, as its error report shows it.
     char long_line[256] = {};
 

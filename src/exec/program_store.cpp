@@ -142,6 +142,18 @@ int next_line(std::uint32_t offset, ProgramLine& line) {
     const std::uint32_t length = areas.program_length;
     if (offset >= length) return -1;
     const char* image = program_image();
+    MemoryAreas::LineCacheEntry* cached = nullptr;
+    if (exec.caches_enabled) {
+        cached = &areas.line_cache[(offset * 2654435761u) >> 24 & (MemoryAreas::line_cache_size - 1)];
+        if (cached->key == offset + 1 && cached->generation == areas.program_generation) {
+            line.start = offset;
+            line.next = cached->next;
+            line.text = image + offset;
+            line.length = static_cast<int>(cached->length);
+            line.text_length = cached->text_length;
+            return 0;
+        }
+    }
     const void* lf = std::memchr(text + offset, '\n', length - offset);
     const std::uint32_t end = lf != nullptr ? static_cast<std::uint32_t>(static_cast<const char*>(lf) - text) + 1 : length;
     line.start = offset;
@@ -162,6 +174,8 @@ int next_line(std::uint32_t offset, ProgramLine& line) {
     if (n > 0 && text[offset + n - 1] == '\r') --n;
     line.text = image + offset;
     line.length = static_cast<int>(n);
+    line.text_length = static_cast<std::uint32_t>(std::strlen(line.text));
+    if (cached != nullptr) *cached = {offset + 1, areas.program_generation, end, n, line.text_length};
     return 0;
 }
 

@@ -24,6 +24,9 @@ struct ProgramLine {
     /// the line in the program image (see program_image), not a copy.
     const char* text = "";
     int length = 0;
+    /// Characters of `text` before its first NUL: the statement text the
+    /// scanner sees (shorter than `length` only for a line holding a NUL).
+    std::uint32_t text_length = 0;
 };
 
 /// Reads `path` into the Program Buffer. Include inserts behind the line that

@@ -143,9 +143,11 @@ int run_program_from(std::uint32_t offset) {
         exec.position.next_offset = line.next;
         if (line.length > 0) {
             const bool resume = exec.position.resume_in_line >= 0;
-            const char* start = line.text + (resume ? exec.position.resume_in_line : 0);
+            const int from = resume ? exec.position.resume_in_line : 0;
+            const char* start = line.text + from;
             exec.position.resume_in_line = -1;
-            begin_statement(line.text, start);
+            const bool before_nul = static_cast<std::uint32_t>(from) <= line.text_length;
+            begin_statement(line.text, start, before_nul ? line.text + line.text_length : nullptr);
             if (!(exec.check_mode && exec.program_ended)) {
                 rc = process_line(!resume);
                 if (rc < 0) {

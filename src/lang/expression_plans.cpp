@@ -760,71 +760,90 @@ bool string_function(const PlanStep& step, Value* args, Value& out, Scratch& scr
 /// would report an error.
 bool replay_numbers(const ExpressionPlan& plan, double& out) {
     double stack[max_plan_steps];
-    int sp = 0;
-    for (int i = 0; i < plan.step_count; ++i) {
-        const PlanStep& step = plan.steps[i];
-        switch (step.op) {
-            case plan_constant: stack[sp++] = step.value; continue;
-            case plan_variable: stack[sp++] = areas.variables[step.index].value.number; continue;
+    double* top = stack - 1;  // the value on top of the stack
+    const PlanStep* step = plan.steps;
+    const PlanStep* const last = step + plan.step_count;
+    for (; step != last; ++step) {
+        switch (step->op) {
+            case plan_constant: *++top = step->value; break;
+            case plan_variable: *++top = areas.variables[step->index].value.number; break;
             case plan_element: {
-                const ArrayEntry& a = areas.arrays[step.index];
-                if (a.type != kind_double || a.dimensions != step.count) return false;
-                sp -= step.count;
+                const ArrayEntry& a = areas.arrays[step->index];
+                if (a.type != kind_double || a.dimensions != step->count) return false;
+                top -= step->count;
                 std::int64_t offset = 0;
-                for (int d = 0; d < step.count; ++d) {
-                    const double s = stack[sp + d];
+                for (int d = 0; d < step->count; ++d) {
+                    const double s = top[1 + d];
                     if (!(s >= 0.0 && s < static_cast<double>(a.sizes[d]))) return false;
                     offset = offset * a.sizes[d] + static_cast<std::int64_t>(s);
                 }
-                stack[sp++] = a.doubles()[offset];
-                continue;
+                *++top = a.doubles()[offset];
+                break;
             }
-            case plan_negate: stack[sp - 1] = -stack[sp - 1]; continue;
-            case plan_not: stack[sp - 1] = stack[sp - 1] != 0.0 ? 0.0 : 1.0; continue;
-            case plan_abs: stack[sp - 1] = std::fabs(stack[sp - 1]); continue;
-            case plan_sgn: {
-                const double x = stack[sp - 1];
-                stack[sp - 1] = x > 0.0 ? 1.0 : (x < 0.0 ? -1.0 : 0.0);
-                continue;
-            }
-            case plan_fix: stack[sp - 1] = std::trunc(stack[sp - 1]); continue;
-            case plan_int: stack[sp - 1] = std::floor(stack[sp - 1]); continue;
+            case plan_negate: *top = -*top; break;
+            case plan_not: *top = *top != 0.0 ? 0.0 : 1.0; break;
+            case plan_abs: *top = std::fabs(*top); break;
+            case plan_sgn: *top = *top > 0.0 ? 1.0 : (*top < 0.0 ? -1.0 : 0.0); break;
+            case plan_fix: *top = std::trunc(*top); break;
+            case plan_int: *top = std::floor(*top); break;
             case plan_sqr:
-                if (stack[sp - 1] < 0.0) return false;
-                stack[sp - 1] = std::sqrt(stack[sp - 1]);
-                continue;
-            default: break;
+                if (*top < 0.0) return false;
+                *top = std::sqrt(*top);
+                break;
+            case plan_add:
+                top[-1] += *top;
+                --top;
+                break;
+            case plan_subtract:
+                top[-1] -= *top;
+                --top;
+                break;
+            case plan_multiply: {
+                const double r = top[-1] * *top;
+                if (!std::isfinite(r)) return false;
+                *--top = r;
+                break;
+            }
+            case plan_divide: {
+                if (*top == 0.0) return false;
+                const double r = top[-1] / *top;
+                if (!std::isfinite(r)) return false;
+                *--top = r;
+                break;
+            }
+            case plan_remainder: {
+                if (*top == 0.0) return false;
+                const double r = std::fmod(top[-1], *top);
+                if (!std::isfinite(r)) return false;
+                *--top = r;
+                break;
+            }
+            case plan_power: {
+                const double r = std::pow(top[-1], *top);
+                if (!std::isfinite(r)) return false;
+                *--top = r;
+                break;
+            }
+            case plan_compare: {
+                const double a = top[-1];
+                const double b = *top;
+                *--top = comparison_holds(step->count, a < b ? -1 : (a > b ? 1 : 0)) ? 1.0 : 0.0;
+                break;
+            }
+            case plan_and:
+                top[-1] = top[-1] != 0.0 && *top != 0.0 ? 1.0 : 0.0;
+                --top;
+                break;
+            case plan_or:
+                top[-1] = top[-1] != 0.0 || *top != 0.0 ? 1.0 : 0.0;
+                --top;
+                break;
+            case plan_differ:
+                top[-1] = (top[-1] != 0.0) != (*top != 0.0) ? 1.0 : 0.0;
+                --top;
+                break;
+            default: return false;  // a string step: not a plan of doubles
         }
-        const double b = stack[--sp];
-        const double a = stack[sp - 1];
-        double r = 0.0;
-        switch (step.op) {
-            case plan_add: r = a + b; break;
-            case plan_subtract: r = a - b; break;
-            case plan_multiply:
-                r = a * b;
-                if (!std::isfinite(r)) return false;
-                break;
-            case plan_divide:
-                if (b == 0.0) return false;
-                r = a / b;
-                if (!std::isfinite(r)) return false;
-                break;
-            case plan_remainder:
-                if (b == 0.0) return false;
-                r = std::fmod(a, b);
-                if (!std::isfinite(r)) return false;
-                break;
-            case plan_power:
-                r = std::pow(a, b);
-                if (!std::isfinite(r)) return false;
-                break;
-            case plan_compare: r = comparison_holds(step.count, a < b ? -1 : (a > b ? 1 : 0)) ? 1.0 : 0.0; break;
-            case plan_and: r = a != 0.0 && b != 0.0 ? 1.0 : 0.0; break;
-            case plan_or: r = a != 0.0 || b != 0.0 ? 1.0 : 0.0; break;
-            default: r = (a != 0.0) != (b != 0.0) ? 1.0 : 0.0; break;
-        }
-        stack[sp - 1] = r;
     }
     out = stack[0];
     return true;

@@ -200,11 +200,11 @@ int scan_error(int number, int column) {
     return report_error(number);
 }
 
-void begin_statement(const char* line, const char* statement) {
+void begin_statement(const char* line, const char* statement, const char* end) {
     ScanState& s = lang.scan;
     s.start = statement != nullptr ? statement : line;
     s.position = s.start;
-    s.end = s.start + std::strlen(s.start);
+    s.end = end != nullptr ? end : s.start + std::strlen(s.start);
     s.terminator = 0;
     s.sole_reference = {};
     lang.reporter.text = line;

@@ -50,8 +50,9 @@ inline constexpr int max_parameters = 7;
 /// Points the scanner and the error reporter at a statement. `line` is the
 /// whole NUL-terminated line (echoed by error reports); the statement starts
 /// at `statement` (default: the line start) and runs to the end of the line —
-/// the scanner stops by itself at a ":" outside a string.
-void begin_statement(const char* line, const char* statement = nullptr);
+/// the scanner stops by itself at a ":" outside a string. `end`, when given,
+/// is where the statement's NUL is (the caller knows it already).
+void begin_statement(const char* line, const char* statement = nullptr, const char* end = nullptr);
 
 /// Scans the next Item. Returns its kind (> 0), 0 when nothing was produced
 /// (end of text or ":", a closing ")" in scan_in_parentheses, a separator in
