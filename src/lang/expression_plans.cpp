@@ -658,10 +658,14 @@ bool make_plan(const char* start, int mode, ExpressionPlan& plan) {
 /// A value on the replay stack: a double, or a string of `length` characters
 /// at `text` (no NUL inside; not terminated).
 struct Value {
-    double number = 0.0;
-    const char* text = nullptr;
-    std::size_t length = 0;
+    // No member initialisers: the replay stacks are left unfilled until used
+    // (number_value(...) gives zero to the members not named).
+    double number;
+    const char* text;
+    std::size_t length;
 };
+
+Value number_value(double number) { return Value{number, nullptr, 0}; }
 
 /// Where joined and made strings live while a plan is replayed.
 struct Scratch {
@@ -699,10 +703,10 @@ bool element_offset(const ArrayEntry& a, const Value* subscripts, int count, std
 /// The string functions; false where the function would report an error.
 bool string_function(const PlanStep& step, Value* args, Value& out, Scratch& scratch) {
     switch (step.op) {
-        case plan_len: out = Value{static_cast<double>(args[0].length)}; return true;
+        case plan_len: out = number_value(static_cast<double>(args[0].length)); return true;
         case plan_asc:
             if (args[0].length == 0) return false;
-            out = Value{static_cast<double>(static_cast<unsigned char>(args[0].text[0]))};
+            out = number_value(static_cast<double>(static_cast<unsigned char>(args[0].text[0])));
             return true;
         case plan_chr: {
             const double code = std::trunc(args[0].number);
@@ -740,7 +744,7 @@ bool string_function(const PlanStep& step, Value* args, Value& out, Scratch& scr
             const Value& s = args[step.count - 2];
             const Value& t = args[step.count - 1];
             if (std::isnan(start)) return false;
-            out = Value{0.0};
+            out = number_value(0.0);
             if (start < 1.0 || start > static_cast<double>(s.length) || s.length == 0) return true;
             const auto from = static_cast<std::size_t>(start) - 1;
             if (t.length > s.length - from) return true;
@@ -856,8 +860,8 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
     for (int i = 0; i < plan.step_count; results[i++] = stack[sp - 1]) {
         const PlanStep& step = plan.steps[i];
         switch (step.op) {
-            case plan_constant: stack[sp++] = Value{step.value}; continue;
-            case plan_variable: stack[sp++] = Value{areas.variables[step.index].value.number}; continue;
+            case plan_constant: stack[sp++] = number_value(step.value); continue;
+            case plan_variable: stack[sp++] = number_value(areas.variables[step.index].value.number); continue;
             case plan_text_constant: stack[sp++] = Value{0.0, plan.pool + step.index, step.length}; continue;
             case plan_text_variable:
                 stack[sp++] = text_value(string_at(areas.variables[step.index].value.word));
@@ -870,7 +874,7 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
                 if (!element_offset(a, stack + sp, step.count, offset)) return false;
                 if (step.op == plan_element) {
                     if (a.type != kind_double) return false;
-                    stack[sp++] = Value{a.doubles()[offset]};
+                    stack[sp++] = number_value(a.doubles()[offset]);
                 } else {
                     if (a.type != kind_string) return false;
                     stack[sp++] = text_value(string_at(a.words()[offset]));
@@ -878,18 +882,18 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
                 continue;
             }
             case plan_negate: stack[sp - 1].number = -stack[sp - 1].number; continue;
-            case plan_not: stack[sp - 1] = Value{truth(stack[sp - 1]) ? 0.0 : 1.0}; continue;
+            case plan_not: stack[sp - 1] = number_value(truth(stack[sp - 1]) ? 0.0 : 1.0); continue;
             case plan_abs: stack[sp - 1].number = std::fabs(stack[sp - 1].number); continue;
             case plan_sgn: {
                 const double x = stack[sp - 1].number;
                 stack[sp - 1].number = x > 0.0 ? 1.0 : (x < 0.0 ? -1.0 : 0.0);
                 continue;
             }
-            case plan_fix: stack[sp - 1] = Value{std::trunc(stack[sp - 1].number)}; continue;
-            case plan_int: stack[sp - 1] = Value{std::floor(stack[sp - 1].number)}; continue;
+            case plan_fix: stack[sp - 1] = number_value(std::trunc(stack[sp - 1].number)); continue;
+            case plan_int: stack[sp - 1] = number_value(std::floor(stack[sp - 1].number)); continue;
             case plan_sqr:
                 if (stack[sp - 1].number < 0.0) return false;
-                stack[sp - 1] = Value{std::sqrt(stack[sp - 1].number)};
+                stack[sp - 1] = number_value(std::sqrt(stack[sp - 1].number));
                 continue;
             case plan_len:
             case plan_asc:
@@ -902,7 +906,7 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
                               : step.op == plan_left || step.op == plan_right ? 2
                                                                               : 1;
                 sp -= n;
-                Value result;
+                Value result{};
                 if (!string_function(step, stack + sp, result, scratch)) return false;
                 stack[sp++] = result;
                 continue;
@@ -922,10 +926,10 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
                 a = Value{0.0, text, n + m};
                 continue;
             }
-            case plan_text_compare: a = Value{comparison_holds(step.count, text_order(a, b)) ? 1.0 : 0.0}; continue;
-            case plan_and: a = Value{truth(a) && truth(b) ? 1.0 : 0.0}; continue;
-            case plan_or: a = Value{truth(a) || truth(b) ? 1.0 : 0.0}; continue;
-            case plan_differ: a = Value{truth(a) != truth(b) ? 1.0 : 0.0}; continue;
+            case plan_text_compare: a = number_value(comparison_holds(step.count, text_order(a, b)) ? 1.0 : 0.0); continue;
+            case plan_and: a = number_value(truth(a) && truth(b) ? 1.0 : 0.0); continue;
+            case plan_or: a = number_value(truth(a) || truth(b) ? 1.0 : 0.0); continue;
+            case plan_differ: a = number_value(truth(a) != truth(b) ? 1.0 : 0.0); continue;
             default: break;
         }
         const double x = a.number;
@@ -948,7 +952,7 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
         }
         // Sums and differences may overflow quietly; the others are errors.
         if (step.op >= plan_multiply && step.op <= plan_power && !std::isfinite(r)) return false;
-        a = Value{r};
+        a = number_value(r);
     }
     return true;
 }
@@ -1001,6 +1005,52 @@ void PlanTableFree::operator()(ExpressionPlan* table) const { std::free(table); 
 PlanTable new_plan_table() {
     // calloc: the zero pages of a fresh block cost nothing until written.
     return PlanTable(static_cast<ExpressionPlan*>(std::calloc(plan_cache_size, sizeof(ExpressionPlan))));
+}
+
+int run_subscript_plans(double* values, const char*& end) {
+    ScanState& s = lang.scan;
+    const PlanTable& plans = lang.caches.plans;
+    const char* image = areas.program_image.get();
+    if (!plans || image == nullptr || !exec.caches_enabled || exec.check_mode || s.defining_function ||
+        s.evaluating_function || s.skipping || lang.reporter.debug || areas.scan_only || areas.long_default)
+        return 0;
+    const char* p = s.position;
+    while (p < s.end && (*p == ' ' || *p == '\t')) ++p;
+    if (p >= s.end || *p != '(') return 0;
+    ++p;
+    constexpr int mode = scan_in_parentheses | scan_separators;
+    const PlanStamp stamp = current_stamp();
+    int count = 0;
+    for (;;) {
+        while (p < s.end && (*p == ' ' || *p == '\t')) ++p;
+        const std::ptrdiff_t room = s.end - p;
+        if (p >= image + areas.program_length || room <= 0 || room > 0xFFFF) return 0;
+        const auto key = static_cast<std::uint32_t>(p - image) + 1;
+        const ExpressionPlan& plan =
+            plans[((key * 4u + static_cast<std::uint32_t>(mode)) * 2654435761u) >> 23 & (plan_cache_size - 1)];
+        if (plan.key != key || plan.mode != mode || plan.room != room || !(plan.stamp == stamp) || !plan.usable ||
+            !plan.numbers_only || plan.numeric_text || plan.space_needed != 0 || plan.space_peak != 0 ||
+            plan.space_after != 0)
+            return 0;
+        if (!replay_numbers(plan, values[count])) return 0;
+        ++count;
+        p += plan.length;
+        if (plan.terminator == ')') break;
+        if (plan.terminator != ',' || count == max_parameters) return 0;
+    }
+    end = p;
+    return count;
+}
+
+void finish_subscript_plans(const char* end, int count, const double* values) {
+    // As the evaluator leaves its last subscript.
+    ScanState& s = lang.scan;
+    s.position = end;
+    s.terminator = ')';
+    s.constant_text[0] = 0;
+    s.sole_reference = {};
+    s.result = values[count - 1];
+    lang.caches.plan_replays += static_cast<std::uint64_t>(count);
 }
 
 int run_expression_plan(int mode) {

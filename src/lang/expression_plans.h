@@ -147,4 +147,13 @@ using PlanTable = std::unique_ptr<ExpressionPlan[], PlanTableFree>;
 /// the plan gave up; nothing has changed then and the caller evaluates the text.
 [[nodiscard]] int run_expression_plan(int mode);
 
+/// The subscript list "(s1, s2, ...)" at the scan position when every
+/// subscript has a plan of doubles that uses no temporary string space and
+/// gives a value: the values in `values` (max_parameters of room) and the
+/// place behind the ")" in `end`. Returns the count, or 0 (the caller then
+/// parses the list as usual). Changes nothing: finish_subscript_plans leaves
+/// the scanner as evaluating the list would.
+[[nodiscard]] int run_subscript_plans(double* values, const char*& end);
+void finish_subscript_plans(const char* end, int count, const double* values);
+
 }  // namespace tl

@@ -8,12 +8,14 @@
 #include "exec/arrays.h"
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
+#include "exec/stack_guard.h"
 #include "exec/string_space.h"
 #include "exec/variables.h"
 #include "lang/builtin_functions.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "lang/evaluator.h"
+#include "lang/expression_plans.h"
 #include "lang/item_listing.h"
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
@@ -217,10 +219,29 @@ bool element_in_range(const ArrayEntry& a, int count, const double* values) {
     return true;
 }
 
+/// The element of `a` at the subscripts `values` (checked when the statement
+/// runs; while it is passed over a stale subscript gives a dummy), as get_item
+/// gives it. `columns` place the caret of a subscript out of range.
+int fetch_element(Item& item, int mode, ArrayEntry* a, int count, const double* values,
+                  const int* columns = nullptr);
+
 }  // namespace
 
 int scan_element_item(Item& item, int mode, std::string_view name, ArrayEntry* a) {
     ScanState& s = lang.scan;
+    if (a != nullptr && !stack_nearly_full()) {
+        // Subscripts of doubles met before come from their plans when they
+        // address an element; anything else goes through the parameter list.
+        double values[max_parameters];
+        const char* end = nullptr;
+        const int count = run_subscript_plans(values, end);
+        if (count > 0 && element_in_range(*a, count, values)) {
+            finish_subscript_plans(end, count, values);
+            // What giving back the (unused) temporaries of the subscripts records.
+            if (areas.temp_strings.used > areas.temp_high_water) areas.temp_high_water = areas.temp_strings.used;
+            return fetch_element(item, mode, a, count, values);
+        }
+    }
     Item subscripts[max_parameters];
     const std::uint32_t string_mark = temp_string_mark();
     const std::uint32_t long_mark = temp_long_mark();
@@ -250,6 +271,13 @@ int scan_element_item(Item& item, int mode, std::string_view name, ArrayEntry* a
         }
     }
     release();
+    return fetch_element(item, mode, a, count, values, columns);
+}
+
+namespace {
+
+int fetch_element(Item& item, int mode, ArrayEntry* a, int count, const double* values, const int* columns) {
+    ScanState& s = lang.scan;
     // The reference text is made when somebody wants it (scan_name_text).
     s.name_element = a;
     s.name_subscript_count = count;
@@ -287,8 +315,6 @@ int scan_element_item(Item& item, int mode, std::string_view name, ArrayEntry* a
             return scan_error(err_invalid_type, item.column);
     }
 }
-
-namespace {
 
 int scan_array_element(Item& item, int mode, std::string_view name, NameCacheEntry* cached) {
     ArrayEntry* a = find_array_via(cached, name);
