@@ -346,9 +346,13 @@ int do_assignment(const Item& target, int kind) {
         number = &lang.predefined[static_cast<std::size_t>(predefined)].number;
     } else if (target.array != nullptr) {
         type = target.array->type;
-        if (s.value_ref == nullptr && !exec.skip && !areas.scan_only)
+        // A whole array takes no value; an element passed over has no storage.
+        const bool whole = kind == kind_double_array || kind == kind_string_array || kind == kind_long_array;
+        if ((whole || s.value_ref == nullptr) && !exec.skip && !areas.scan_only)
             return error_at_column(err_invalid_statement, target.column);
-        if (type == kind_double) {
+        if (whole) {
+            // Scanned for its syntax only: nothing is stored.
+        } else if (type == kind_double) {
             number = static_cast<double*>(s.value_ref);
         } else {
             word = static_cast<std::uint32_t*>(s.value_ref);

@@ -211,5 +211,21 @@ TEST_F(ExpressionPlansTest, ErrorsInLaterRoundsAreReportedByTheEvaluator) {
     }
 }
 
+TEST_F(ExpressionPlansTest, SubscriptsFromPlansAddressTheSameElements) {
+    // Subscripts of doubles come from their plans after the first round;
+    // the round that leaves the array, or gives the wrong count, reports
+    // as the parameter list does.
+    for (const char* body : {"n(k) = k: r(1) = r(1) + n(k)", "m(k, k - 1) = k: r(1) = m(k, k - 1) + m(1, 0)",
+                             "w$(k) = chr$(64 + k): r(1) = asc(w$(k))", "r(1) = n(k, 1)", "n(k - 1) = k",
+                             "r(k - 1) = n(4 - k) + n(k + 1)"}) {
+        expect_same(std::string("dim n(4), m(4, 3), w$(4), r(3)\r\nfor k = 1 to 5\r\n  ") + body +
+                    "\r\nnext\r\nprint r(1); n(3)\r\n");
+    }
+    // The temporary space recorded while a string and an element meet.
+    expect_same("dim n(4), r(3)\r\ns$ = \"abc\"\r\nfor k = 1 to 3\r\n  t$ = s$ + str$(n(k)) + s$\r\n"
+                "  n(k) = len(t$ + mid$(t$, n(k) + 1))\r\nnext\r\nprintall \"memory\"\r\n");
+    EXPECT_GT(replays, 10u);
+}
+
 }  // namespace
 }  // namespace tl::test

@@ -123,6 +123,60 @@ TEST_F(ScanCachesTest, ClearAndEraseDoNotLeaveStaleEntries) {
     EXPECT_EQ(command("print q(1); p(1)"), "            5            7\n");
 }
 
+TEST_F(ScanCachesTest, StatementHeadsFollowTheTablesAndTheText) {
+    // A statement's first name is taken from the head cache after the first
+    // round; it must be found again when the tables change under it.
+    const std::string erased = run_both_ways(
+        "dim n(3)\r\nfor k = 1 to 3\r\n  n(k) = k * 10: t = n(k)\r\n  print t\r\n"
+        "  erase n: dim n(2), m(4)\r\n  m(k) = k\r\nnext\r\nprint \"not reached\"\r\n");
+    // n(2) after the DIM of n(2) in the first round.
+    EXPECT_NE(erased.find("10\n\nn(2)\n\n  n(k) = k * 10: t = n(k)\n    *\nERROR - Subscript out of range"),
+              std::string::npos)
+        << erased;
+    EXPECT_EQ(erased.find("not reached"), std::string::npos) << erased;
+
+    // First passed over, then run: an element, a variable and a keyword.
+    EXPECT_NE(run_both_ways("dim n(4)\r\nfor k = 1 to 3\r\n  if k > 1 then n(k) = k: s = s + k: print k;\r\n"
+                            "next\r\nprint: print n(2) + n(3); s\r\n")
+                  .find("            2            3\n            5            5\n"),
+              std::string::npos);
+
+    // A name that is an argument inside a definition and a variable outside it.
+    EXPECT_NE(run_both_ways("def f(a)\r\n  y = a * 2\r\n  return y\r\ndef end\r\na = 5\r\n"
+                            "for k = 1 to 3: y = f(k) + a: next\r\nprint y; a\r\n")
+                  .find("11            5"),
+              std::string::npos);
+
+    // Keywords in any letter case, an assignment to a whole array refused.
+    const std::string mixed = run_both_ways(
+        "dim q(2)\r\nFor k = 1 TO 2: Print k;: NEXT: print\r\nfor k = 1 to 2\r\n  q = k\r\nnext\r\n");
+    EXPECT_NE(mixed.find("1            2"), std::string::npos) << mixed;
+    EXPECT_NE(mixed.find("\n  q = k\n  *\nERROR - Invalid Statement.\n"), std::string::npos) << mixed;
+
+    // Another program at the same places: a variable where a keyword was.
+    exec.caches_enabled = true;
+    EXPECT_NE(run("next_ = 1\r\nfor k = 1 to 2: print k;: next: print\r\n").find("\n            1            2\n"),
+              std::string::npos);
+    EXPECT_NE(run("next_ = 1\r\nfor k = 1 to 2: next_ = k: next\r\nprint next_\r\n").find("\n            2\n"),
+              std::string::npos);
+    EXPECT_NE(run("nextx = 1\r\nfor k = 1 to 2: nextx = k: next\r\nprint nextx\r\n").find("\n            2\n"),
+              std::string::npos);
+}
+
+TEST_F(ScanCachesTest, LinesAreSplitAgainWhenTheTextChanges) {
+    // Lines cut by NUL bytes, lines ended by CR alone, and a program replaced
+    // by one whose lines end at other places.
+    run_both_ways(std::string("for k = 1 to 2\r\n  print k; \"a", 27) + "\0b\"\r\nnext\r\nprint \"end\"\r\n");
+    run_both_ways("for k = 1 to 2\r  print k\rnext\r\nprint \"end\"\n");
+    exec.caches_enabled = true;
+    EXPECT_NE(run("for k = 1 to 2\r\nprint k;\r\nnext: print\r\n").find("\n            1            2\n"),
+              std::string::npos);
+    EXPECT_NE(run("for k = 1 to 2\r\nprint k * 10;\r\nnext: print\r\n").find("\n           10           20\n"),
+              std::string::npos);
+    EXPECT_NE(run("for k = 1 to 2\r\nprint k\r\n:next\r\n").find("\n            1\n            2\n"),
+              std::string::npos);
+}
+
 TEST_F(ScanCachesTest, TheNameCacheGivesTheTableSlots) {
     exec.caches_enabled = true;
     const char* names[] = {"print", "PRINT", "and", "list", "mid$", "pi", "sin", "longpi", "inkey$", "zz", "printformat$$"};
