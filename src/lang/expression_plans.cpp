@@ -1024,7 +1024,7 @@ int run_subscript_plans(double* values, const char*& end) {
     for (;;) {
         while (p < s.end && (*p == ' ' || *p == '\t')) ++p;
         const std::ptrdiff_t room = s.end - p;
-        if (p >= image + areas.program_length || room <= 0 || room > 0xFFFF) return 0;
+        if (p < image || p >= image + areas.program_length || room <= 0 || room > 0xFFFF) return 0;
         const auto key = static_cast<std::uint32_t>(p - image) + 1;
         const ExpressionPlan& plan =
             plans[((key * 4u + static_cast<std::uint32_t>(mode)) * 2654435761u) >> 23 & (plan_cache_size - 1)];
