@@ -764,87 +764,92 @@ bool string_function(const PlanStep& step, Value* args, Value& out, Scratch& scr
 /// would report an error.
 bool replay_numbers(const ExpressionPlan& plan, double& out) {
     double stack[max_plan_steps];
-    double* top = stack - 1;  // the value on top of the stack
+    double* end = stack;  // one past the value on top of the stack
     const PlanStep* step = plan.steps;
     const PlanStep* const last = step + plan.step_count;
     for (; step != last; ++step) {
         switch (step->op) {
-            case plan_constant: *++top = step->value; break;
-            case plan_variable: *++top = areas.variables[step->index].value.number; break;
+            case plan_constant: *end++ = step->value; break;
+            case plan_variable: *end++ = areas.variables[step->index].value.number; break;
             case plan_element: {
                 const ArrayEntry& a = areas.arrays[step->index];
                 if (a.type != kind_double || a.dimensions != step->count) return false;
-                top -= step->count;
+                end -= step->count;
                 std::int64_t offset = 0;
                 for (int d = 0; d < step->count; ++d) {
-                    const double s = top[1 + d];
+                    const double s = end[d];
                     if (!(s >= 0.0 && s < static_cast<double>(a.sizes[d]))) return false;
                     offset = offset * a.sizes[d] + static_cast<std::int64_t>(s);
                 }
-                *++top = a.doubles()[offset];
+                *end++ = a.doubles()[offset];
                 break;
             }
-            case plan_negate: *top = -*top; break;
-            case plan_not: *top = *top != 0.0 ? 0.0 : 1.0; break;
-            case plan_abs: *top = std::fabs(*top); break;
-            case plan_sgn: *top = *top > 0.0 ? 1.0 : (*top < 0.0 ? -1.0 : 0.0); break;
-            case plan_fix: *top = std::trunc(*top); break;
-            case plan_int: *top = std::floor(*top); break;
+            case plan_negate: end[-1] = -end[-1]; break;
+            case plan_not: end[-1] = end[-1] != 0.0 ? 0.0 : 1.0; break;
+            case plan_abs: end[-1] = std::fabs(end[-1]); break;
+            case plan_sgn: end[-1] = end[-1] > 0.0 ? 1.0 : (end[-1] < 0.0 ? -1.0 : 0.0); break;
+            case plan_fix: end[-1] = std::trunc(end[-1]); break;
+            case plan_int: end[-1] = std::floor(end[-1]); break;
             case plan_sqr:
-                if (*top < 0.0) return false;
-                *top = std::sqrt(*top);
+                if (end[-1] < 0.0) return false;
+                end[-1] = std::sqrt(end[-1]);
                 break;
             case plan_add:
-                top[-1] += *top;
-                --top;
+                end[-2] += end[-1];
+                --end;
                 break;
             case plan_subtract:
-                top[-1] -= *top;
-                --top;
+                end[-2] -= end[-1];
+                --end;
                 break;
             case plan_multiply: {
-                const double r = top[-1] * *top;
+                const double r = end[-2] * end[-1];
                 if (!std::isfinite(r)) return false;
-                *--top = r;
+                end[-2] = r;
+                --end;
                 break;
             }
             case plan_divide: {
-                if (*top == 0.0) return false;
-                const double r = top[-1] / *top;
+                if (end[-1] == 0.0) return false;
+                const double r = end[-2] / end[-1];
                 if (!std::isfinite(r)) return false;
-                *--top = r;
+                end[-2] = r;
+                --end;
                 break;
             }
             case plan_remainder: {
-                if (*top == 0.0) return false;
-                const double r = std::fmod(top[-1], *top);
+                if (end[-1] == 0.0) return false;
+                const double r = std::fmod(end[-2], end[-1]);
                 if (!std::isfinite(r)) return false;
-                *--top = r;
+                end[-2] = r;
+                --end;
                 break;
             }
             case plan_power: {
-                const double r = std::pow(top[-1], *top);
+                const double r = std::pow(end[-2], end[-1]);
                 if (!std::isfinite(r)) return false;
-                *--top = r;
+                end[-2] = r;
+                --end;
                 break;
             }
             case plan_compare: {
-                const double a = top[-1];
-                const double b = *top;
-                *--top = comparison_holds(step->count, a < b ? -1 : (a > b ? 1 : 0)) ? 1.0 : 0.0;
+                const double a = end[-2];
+                const double b = end[-1];
+                end[-2] = comparison_holds(step->count, a < b ? -1 : (a > b ? 1 : 0)) ? 1.0 : 0.0;
+                --end;
                 break;
             }
             case plan_and:
-                top[-1] = top[-1] != 0.0 && *top != 0.0 ? 1.0 : 0.0;
-                --top;
+                end[-2] = end[-2] != 0.0 && end[-1] != 0.0 ? 1.0 : 0.0;
+                --end;
                 break;
             case plan_or:
-                top[-1] = top[-1] != 0.0 || *top != 0.0 ? 1.0 : 0.0;
-                --top;
+                end[-2] = end[-2] != 0.0 || end[-1] != 0.0 ? 1.0 : 0.0;
+                --end;
                 break;
             case plan_differ:
-                top[-1] = (top[-1] != 0.0) != (*top != 0.0) ? 1.0 : 0.0;
-                --top;
+                end[-2] = (end[-2] != 0.0) != (end[-1] != 0.0) ? 1.0 : 0.0;
+                --end;
                 break;
             default: return false;  // a string step: not a plan of doubles
         }
