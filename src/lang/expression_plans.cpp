@@ -858,11 +858,14 @@ bool replay_numbers(const ExpressionPlan& plan, double& out) {
     return true;
 }
 
-/// The plan's value in `out`; false where the evaluator would report an error.
-bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
+/// The plan's value in `out` and the length of each step's string in `lengths`;
+/// false where the evaluator would report an error.
+bool replay(const ExpressionPlan& plan, Value& out, std::size_t* lengths, Scratch& scratch) {
+    // Values on the stack are read member by member: a copy of a whole Value
+    // just written member by member stalls the processor on every step.
     Value stack[max_plan_steps];
     int sp = 0;
-    for (int i = 0; i < plan.step_count; results[i++] = stack[sp - 1]) {
+    for (int i = 0; i < plan.step_count; lengths[i++] = stack[sp - 1].length) {
         const PlanStep& step = plan.steps[i];
         switch (step.op) {
             case plan_constant: stack[sp++] = number_value(step.value); continue;
@@ -918,7 +921,7 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
             }
             default: break;
         }
-        const Value b = stack[--sp];
+        const Value& b = stack[--sp];
         Value& a = stack[sp - 1];
         switch (step.op) {
             case plan_join: {
@@ -959,6 +962,7 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
         if (step.op >= plan_multiply && step.op <= plan_power && !std::isfinite(r)) return false;
         a = number_value(r);
     }
+    out = stack[0];
     return true;
 }
 
@@ -966,7 +970,7 @@ bool replay(const ExpressionPlan& plan, Value* results, Scratch& scratch) {
 /// the events and the values of the steps. False when it would run out (it
 /// reports that itself); otherwise the space and its high-water mark are
 /// left as the evaluator leaves them.
-bool account_temporary_space(const ExpressionPlan& plan, const Value* results) {
+bool account_temporary_space(const ExpressionPlan& plan, const std::size_t* lengths) {
     ByteArea& t = areas.temp_strings;
     std::uint32_t used = t.used;
     std::uint32_t high = areas.temp_high_water;
@@ -977,7 +981,7 @@ bool account_temporary_space(const ExpressionPlan& plan, const Value* results) {
         switch (e.type) {
             case event_hold:
             case event_hold_step: {
-                const std::size_t n = e.type == event_hold ? e.size : results[e.step].length + 1;
+                const std::size_t n = e.type == event_hold ? e.size : lengths[e.step] + 1;
                 if (n <= 1) break;  // an empty text takes no space
                 if (used + n > t.size) return false;
                 used += static_cast<std::uint32_t>(n);
@@ -1127,9 +1131,9 @@ int run_expression_plan(int mode) {
         return kind_double;
     }
     Scratch scratch;
-    Value results[max_plan_steps];
-    if (!replay(plan, results, scratch) || !account_temporary_space(plan, results)) return 0;
-    const Value& value = results[plan.step_count - 1];
+    std::size_t lengths[max_plan_steps];
+    Value value{};
+    if (!replay(plan, value, lengths, scratch) || !account_temporary_space(plan, lengths)) return 0;
     s.position = p + plan.length;
     s.terminator = plan.terminator;
     s.constant_text[0] = 0;

@@ -165,7 +165,13 @@ int fetch_variable(Item& item, int index, int mode) {
     item.extra = static_cast<std::uint32_t>(index) + 1;
     switch (v.type) {
         case kind_double: return give_double(item, v.value.number);
-        case kind_string: return give_string(item, string_at(v.value.word));
+        case kind_string:
+            // At the start of a statement the name is a target: its text is not wanted.
+            if ((mode & scan_statement_position) != 0) {
+                item.kind = kind_string;
+                return kind_string;
+            }
+            return give_string(item, string_at(v.value.word));
         case kind_long:
             if ((mode & (scan_statement_position | scan_no_calls)) == 0) load_long(v.value.word);
             item.kind = kind_long;
@@ -305,6 +311,10 @@ int fetch_element(Item& item, int mode, ArrayEntry* a, int count, const double* 
             return give_double(item, a->doubles()[element]);
         case kind_string:
             s.value_ref = &a->words()[element];
+            if ((mode & scan_statement_position) != 0) {  // a target: its text is not wanted
+                item.kind = kind_string;
+                return kind_string;
+            }
             return give_string(item, string_at(a->words()[element]));
         case kind_long:
             s.value_ref = &a->words()[element];
