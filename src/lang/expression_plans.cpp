@@ -658,8 +658,7 @@ bool make_plan(const char* start, int mode, ExpressionPlan& plan) {
 /// A value on the replay stack: a double, or a string of `length` characters
 /// at `text` (no NUL inside; not terminated).
 struct Value {
-    // No member initialisers: the replay stacks are left unfilled until used
-    // (number_value(...) gives zero to the members not named).
+    // No member initialisers: the replay stacks are left unfilled until used.
     double number;
     const char* text;
     std::size_t length;
@@ -1002,6 +1001,35 @@ bool account_temporary_space(const ExpressionPlan& plan, const std::size_t* leng
     return true;
 }
 
+/// True while plans may answer evaluations: caches on, and no state in which
+/// the evaluator does more than compute (checking, definitions, debug
+/// listings, scan-only and long-default modes).
+[[gnu::always_inline]] inline bool plans_allowed() {
+    const ScanState& s = lang.scan;
+    return exec.caches_enabled && !exec.check_mode && !s.defining_function && !s.evaluating_function &&
+           !lang.reporter.debug && !areas.scan_only && !areas.long_default;
+}
+
+/// Where the plan of the expression at `p` evaluated in `mode` is kept, with
+/// its key and room; false for a place outside the program image.
+[[gnu::always_inline]] inline bool plan_place(const char* p, int mode, std::uint32_t& key, std::uint16_t& room,
+                                              std::size_t& slot) {
+    const char* image = areas.program_image.get();
+    if (image == nullptr || p < image || p >= image + areas.program_length) return false;
+    const std::ptrdiff_t r = lang.scan.end - p;
+    if (r <= 0 || r > 0xFFFF) return false;
+    key = static_cast<std::uint32_t>(p - image) + 1;
+    room = static_cast<std::uint16_t>(r);
+    slot = ((key * 4u + static_cast<std::uint32_t>(mode)) * 2654435761u) >> 23 & (plan_cache_size - 1);
+    return true;
+}
+
+/// True when `plan` was made for this place and mode under `stamp`.
+[[gnu::always_inline]] inline bool plan_made_for(const ExpressionPlan& plan, std::uint32_t key, int mode,
+                                                 std::uint16_t room, const PlanStamp& stamp) {
+    return plan.key == key && plan.mode == mode && plan.room == room && plan.stamp == stamp;
+}
+
 }  // namespace
 
 PlanStamp current_stamp() {
@@ -1019,10 +1047,7 @@ PlanTable new_plan_table() {
 int run_subscript_plans(double* values, const char*& end) {
     ScanState& s = lang.scan;
     const PlanTable& plans = lang.caches.plans;
-    const char* image = areas.program_image.get();
-    if (!plans || image == nullptr || !exec.caches_enabled || exec.check_mode || s.defining_function ||
-        s.evaluating_function || s.skipping || lang.reporter.debug || areas.scan_only || areas.long_default)
-        return 0;
+    if (!plans || s.skipping || !plans_allowed()) return 0;
     const char* p = s.position;
     while (p < s.end && (*p == ' ' || *p == '\t')) ++p;
     if (p >= s.end || *p != '(') return 0;
@@ -1032,14 +1057,13 @@ int run_subscript_plans(double* values, const char*& end) {
     int count = 0;
     for (;;) {
         while (p < s.end && (*p == ' ' || *p == '\t')) ++p;
-        const std::ptrdiff_t room = s.end - p;
-        if (p < image || p >= image + areas.program_length || room <= 0 || room > 0xFFFF) return 0;
-        const auto key = static_cast<std::uint32_t>(p - image) + 1;
-        const ExpressionPlan& plan =
-            plans[((key * 4u + static_cast<std::uint32_t>(mode)) * 2654435761u) >> 23 & (plan_cache_size - 1)];
-        if (plan.key != key || plan.mode != mode || plan.room != room || !(plan.stamp == stamp) || !plan.usable ||
-            !plan.numbers_only || plan.numeric_text || plan.space_needed != 0 || plan.space_peak != 0 ||
-            plan.space_after != 0)
+        std::uint32_t key = 0;
+        std::uint16_t room = 0;
+        std::size_t slot = 0;
+        if (!plan_place(p, mode, key, room, slot)) return 0;
+        const ExpressionPlan& plan = plans[slot];
+        if (!plan_made_for(plan, key, mode, room, stamp) || !plan.usable || !plan.numbers_only || plan.numeric_text ||
+            plan.space_needed != 0 || plan.space_peak != 0 || plan.space_after != 0)
             return 0;
         if (!replay_numbers(plan, values[count])) return 0;
         ++count;
@@ -1064,31 +1088,27 @@ void finish_subscript_plans(const char* end, int count, const double* values) {
 
 int run_expression_plan(int mode) {
     ScanState& s = lang.scan;
-    if (!exec.caches_enabled || (mode & ~(scan_in_parentheses | scan_separators)) != 0 || exec.check_mode ||
-        s.defining_function || s.evaluating_function || lang.reporter.debug || areas.scan_only || areas.long_default)
-        return 0;
+    if ((mode & ~(scan_in_parentheses | scan_separators)) != 0 || !plans_allowed()) return 0;
     // Plans are kept for places in the program text, which the run loop scans
     // in the program image.
-    const char* image = areas.program_image.get();
     const char* p = s.position;
-    if (image == nullptr || p < image || p >= image + areas.program_length) return 0;
-    const std::ptrdiff_t room = s.end - p;
-    if (room <= 0 || room > 0xFFFF) return 0;
-    const auto key = static_cast<std::uint32_t>(p - image) + 1;
+    std::uint32_t key = 0;
+    std::uint16_t room = 0;
+    std::size_t slot = 0;
+    if (!plan_place(p, mode, key, room, slot)) return 0;
     PlanTable& plans = lang.caches.plans;
     if (!plans) plans = new_plan_table();
     if (!plans) return 0;
-    ExpressionPlan& plan = plans[((key * 4u + static_cast<std::uint32_t>(mode)) * 2654435761u) >> 23 &
-                                 (plan_cache_size - 1)];
+    ExpressionPlan& plan = plans[slot];
     const PlanStamp stamp = current_stamp();
-    if (plan.key != key || plan.mode != mode || plan.room != room || !(plan.stamp == stamp)) {
+    if (!plan_made_for(plan, key, mode, room, stamp)) {
         // A plan is made only from an image that is up to date: any later
         // change of the text changes the generation in its stamp.
         if (areas.program_image_valid < areas.program_length || areas.program_image_length != areas.program_length)
             return 0;
         plan.key = key;
         plan.mode = static_cast<std::uint8_t>(mode);
-        plan.room = static_cast<std::uint16_t>(room);
+        plan.room = room;
         plan.stamp = stamp;
         plan.usable = make_plan(p, mode, plan);
     }
