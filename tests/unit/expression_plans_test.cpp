@@ -138,6 +138,39 @@ TEST_F(ExpressionPlansTest, RandomExpressionsGiveTheEvaluatorsValuesAndErrors) {
     EXPECT_GT(replays, 1000u);  // most expressions were answered by a plan
 }
 
+TEST_F(ExpressionPlansTest, RandomElementTargetsAddressTheSameElements) {
+    // Random subscripts of assignment targets: in range, out of range in a
+    // later round, not whole numbers, strings, and malformed ones.
+    ExpressionMaker maker(20261123);
+    std::mt19937 rng(11);
+    int completed = 0;
+    std::uint64_t subscripts_replayed = 0;
+    for (int i = 0; i < 300; ++i) {
+        std::string program = "dim n(5), m(3, 3), r(3), w$(3)\r\na = 1.75: b = 2: c = -1: z = 0\r\n";
+        program += "n(1) = 4: n(2) = 0.5: m(1, 2) = 2\r\ns$ = \"ab\": t$ = \"XYZ\": w$(1) = \"b\"\r\n";
+        // Mostly subscripts in range for every round; now and then any expression.
+        auto subscript = [&](std::initializer_list<const char*> usual) {
+            return rng() % 4 == 0 ? maker.make(1) : std::string(*(usual.begin() + rng() % usual.size()));
+        };
+        program += "for k = 1 to 3\r\n  n(" + subscript({"k", "k + 1", "b", "n(2) * 2 + 1", "fix(a * k)"}) +
+                   ") = k\r\n  m(" + subscript({"k - 1", "int(a)", "z", "b - k + 1"}) + ", k - 1) = " +
+                   maker.make(1) + "\r\n  w$(" + subscript({"k - 1", "z", "m(1, 2)"}) + ") = s$\r\nnext\r\n";
+        program += "r(0) = n(0) + n(1) * 2 + n(2) * 4 + n(3) * 8: r(1) = m(0, 0) + m(1, 1) + m(2, 2)\r\n";
+        program += "r(2) = m(0, 1) + m(1, 2) + m(2, 0): print w$(0); w$(1); w$(2)\r\nprintall \"memory\"\r\n";
+        const Outcome planned = run(program, true);
+        subscripts_replayed += lang.caches.plan_replays;
+        const Outcome direct = run(program, false);
+        EXPECT_EQ(planned.output, direct.output) << program;
+        EXPECT_EQ(planned.temp_high_water, direct.temp_high_water) << program;
+        EXPECT_EQ(std::memcmp(planned.values, direct.values, sizeof planned.values), 0) << program;
+        completed += planned.output.find("ERROR") == std::string::npos ? 1 : 0;
+    }
+    // Neither all failing early nor all passing: both ways were compared.
+    EXPECT_GT(completed, 30);
+    EXPECT_LT(completed, 270);
+    EXPECT_GT(subscripts_replayed, 300u);
+}
+
 TEST_F(ExpressionPlansTest, EveryOperatorAndFunctionAgreesWithTheEvaluator) {
     const char* expressions[] = {
         "fix(a)", "fix(-a)", "int(a)", "int(-a)", "abs(b)", "sgn(b)", "sgn(z)", "sqr(a)", "a % b", "-a % b",
