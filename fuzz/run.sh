@@ -4,7 +4,8 @@
 # usage: fuzz/run.sh TARGET SECONDS [libFuzzer options...]
 #   TARGET: command_line | program | long_number
 #
-# Builds the targets with clang++ in build-fuzz (TESSALINE_FUZZ_BUILD overrides
+# Installs clang and its runtime when missing (scripts/install-deps fuzz),
+# builds the targets with clang++ in build-fuzz (TESSALINE_FUZZ_BUILD overrides
 # the folder), seeds the corpus there on first use from the test programs,
 # the examples and fuzz/seeds, and keeps the corpus between runs. Findings go
 # to build-fuzz/artifacts/TARGET. Exit status 1 when the target found anything.
@@ -18,6 +19,7 @@ case $target in
   *) echo "unknown target '$target' (command_line, program, long_number)" >&2; exit 2 ;;
 esac
 build=${TESSALINE_FUZZ_BUILD:-$root/build-fuzz}
+"$root"/scripts/install-deps fuzz
 binary=$build/${target}_fuzzer
 
 nice -n 10 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=None -DCMAKE_CXX_FLAGS="-O1 -gline-tables-only" \

@@ -6,6 +6,7 @@ usage: console_pty_test.py TESSALINE
 import os
 import pty
 import select
+import shutil
 import sys
 import tempfile
 import time
@@ -60,6 +61,14 @@ class Session:
 
 def main():
     home = tempfile.mkdtemp()
+    try:
+        run(home)
+    finally:
+        shutil.rmtree(home, ignore_errors=True)
+    print("console pty test passed")
+
+
+def run(home):
     env = dict(os.environ, HOME=home, XDG_CONFIG_HOME=home + "/config", XDG_STATE_HOME=home + "/state",
                TERM="dumb", LC_ALL="C")
     # Relative names are found in the working folder, Documents/Tessaline.
@@ -113,7 +122,6 @@ def main():
     code = s.wait()
     assert code == 0, "exit status %d" % code
     assert os.path.exists(home + "/state/tessaline/history"), "no history file"
-    print("console pty test passed")
 
 
 if __name__ == "__main__":
