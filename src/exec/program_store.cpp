@@ -2,8 +2,10 @@
 #include "exec/program_store.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <vector>
 
@@ -17,24 +19,34 @@
 namespace tl {
 namespace {
 
-/// Reads the whole file; false when it cannot be opened or read.
-bool read_file(const std::string& path, std::vector<char>& out, std::size_t limit) {
+/// Reads the whole file; 0, or the errno of the failure to open or read it.
+int read_file(const std::string& path, std::vector<char>& out, std::size_t limit) {
     std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (f == nullptr) return false;
+    if (f == nullptr) return errno != 0 ? errno : EIO;
     out.clear();
     char chunk[65536];
-    bool ok = true;
+    int failure = 0;
+    errno = 0;
     for (;;) {
         std::size_t n = std::fread(chunk, 1, sizeof chunk, f);
         out.insert(out.end(), chunk, chunk + n);
         if (out.size() > limit) break;  // too large anyway; stop reading
         if (n < sizeof chunk) {
-            ok = std::ferror(f) == 0;
+            if (std::ferror(f) != 0) failure = errno != 0 ? errno : EIO;
             break;
         }
     }
     std::fclose(f);
-    return ok;
+    return failure;
+}
+
+/// Shows the file that could not be read, as the system found it, on a line
+/// of its own before the numbered report: "Cannot open /full/path: reason".
+void show_unreadable_file(const std::string& path, int failure) {
+    std::error_code ec;
+    std::filesystem::path full = std::filesystem::absolute(path, ec);
+    if (ec) full = path;
+    console_print("\nCannot open %s: %s\n", full.lexically_normal().c_str(), std::strerror(failure));
 }
 
 bool ends_with_crlf(const char* text, std::uint32_t length) {
@@ -57,7 +69,10 @@ bool end_text_with_crlf() {
 int read_program_file(const std::string& path, ReadMode mode, std::uint32_t insert_at) {
     std::vector<char> file;
     const std::uint32_t size = areas.program_size;
-    if (!read_file(path, file, size)) return report_error(err_unable_load_program);
+    if (const int failure = read_file(path, file, size); failure != 0) {
+        show_unreadable_file(path, failure);
+        return report_error(err_unable_load_program);
+    }
     char* text = areas.program.get();
 
     if (mode == read_load) {

@@ -31,7 +31,8 @@ struct ProgramLine {
 
 /// Reads `path` into the Program Buffer. Include inserts behind the line that
 /// ends at `insert_at`. Errors: 107 when the file cannot be read, 120 when it
-/// does not fit (the text is then as it was). Returns 0 or the negated number.
+/// does not fit (the text is then as it was). Before 107 the full path tried and
+/// the reason are shown on a line of their own. Returns 0 or the negated number.
 [[nodiscard]] int read_program_file(const std::string& path, ReadMode mode, std::uint32_t insert_at = 0);
 
 /// Makes sure the text ends in CR LF (no-op on an empty text); false when the
