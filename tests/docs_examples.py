@@ -29,7 +29,7 @@ import tempfile
 PROGRAM_START = re.compile(r"\A\n----- Beginning Program Execution-+\n")
 CLOSING = "Command: \nPress <enter> to terminate program.\n"
 PROMPTS = ("Stepping -- Command: ", "Command: ")
-FENCE = re.compile(r"^(`{3,})\s*([^`\s]*)")
+FENCE = re.compile(r"^( *)(`{3,})\s*([^`\s]*)")
 
 
 class Example:
@@ -47,7 +47,8 @@ def closes(line, fence):
 
 
 def fenced_blocks(lines):
-    """(first line number, info, text lines, line after it) for every fenced block."""
+    """(first line number, info, text lines, line after it) for every fenced block;
+    a fence may be indented (inside a list item)."""
     blocks = []
     i = 0
     while i < len(lines):
@@ -55,11 +56,13 @@ def fenced_blocks(lines):
         if not m:
             i += 1
             continue
-        fence, info, start = m.group(1), m.group(2), i
+        indent, fence, info, start = len(m.group(1)), m.group(2), m.group(3), i
         body = []
         i += 1
         while i < len(lines) and not closes(lines[i], fence):
-            body.append(lines[i])
+            # A block indented inside a list item: its lines lose that indentation.
+            line = lines[i]
+            body.append(line[min(indent, len(line) - len(line.lstrip(" "))):])
             i += 1
         blocks.append((start + 1, info, body, i + 1))
         i += 1
