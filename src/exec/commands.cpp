@@ -5,6 +5,7 @@
 
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
+#include "graph/graph_state.h"
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
 #include "exec/run_loop.h"
@@ -97,6 +98,7 @@ int start_program(bool keep_data) {
     exec.running_command_line = false;
     lang.reporter.text = nullptr;
     const int rc = run_program_from(0);
+    repaint_graph_if_open();
     exec.block = BlockState{};
     exec.skip = false;
     if (!exec.chain_pending) areas.long_default = keep_data && areas.long_default;

@@ -15,6 +15,7 @@
 #include "exec/run_loop.h"
 #include "exec/statements.h"
 #include "exec/string_space.h"
+#include "graph/graph_state.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "lang/evaluator.h"
@@ -731,6 +732,7 @@ int do_end() {
     exec.program_ended = true;
     end_run_loop();
     if (!exec.chain_pending) host.flags.step_mode = false;
+    repaint_graph_if_open();
     return 0;
 }
 

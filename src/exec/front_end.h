@@ -12,6 +12,8 @@
 
 namespace tl {
 
+class GraphWindow;
+
 class FrontEnd {
 public:
     virtual ~FrontEnd() = default;
@@ -70,6 +72,9 @@ struct HostState {
     /// Open log file that receives a copy of every console line, or null.
     std::FILE* log = nullptr;
     RunFlags flags;
+    /// The host's graph window (src/exec/graph_window.h), or null where
+    /// graphs cannot be shown.
+    GraphWindow* graph_window = nullptr;
     /// The folder that holds the interpreter itself, with its trailing
     /// separator (the special function "programdir$"); set by the shell.
     char program_folder[261] = {};

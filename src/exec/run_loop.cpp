@@ -8,6 +8,7 @@
 #include "exec/commands.h"
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
+#include "graph/graph_state.h"
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
 #include "exec/stack_guard.h"
@@ -117,6 +118,7 @@ void end_program_by_interruption() {
     host.flags.interrupt_requested = false;
     lang.reporter.debug = false;
     exec.trace = false;
+    repaint_graph_if_open();
 }
 
 int poll_interruption() {

@@ -14,6 +14,7 @@
 #include "exec/sort_statement.h"
 #include "exec/run_loop.h"
 #include "exec/string_space.h"
+#include "graph/graph_statements.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "lang/evaluator.h"
@@ -205,6 +206,9 @@ int do_keyword_statement(int slot) {
         case stmt_lset: return do_lset_rset(false);
         case stmt_rset: return do_lset_rset(true);
         case stmt_debugprint: return do_debugprint();
+        case stmt_graph: return do_graph();
+        case stmt_plot: return do_plot();
+        case stmt_text: return do_text();
         default: return not_yet_available();
     }
 }

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "exec/front_end.h"
+#include "graph/graph_mapping.h"
 #include "lang/builtin_support.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
@@ -84,7 +85,7 @@ int special_programdir() { return text_result(host.program_folder, std::strlen(h
 
 int special_checkmouseclick() {
     if (in_console_mode()) return report_error(err_function_not_valid_console_mode);
-    return double_result(0.0);  // no graph window, so no click to report
+    return double_result(static_cast<double>(take_mouse_click()));
 }
 
 int special_inkey() {

@@ -7,6 +7,7 @@
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
+#include "graph/graph_state.h"
 #include "lang/lang_state.h"
 #include "longmath/long_state.h"
 
@@ -32,6 +33,7 @@ void reset_interpreter_state() {
     lang = LangState{};
     long_state = LongState{};
     exec = ExecState{};
+    graph = GraphState{};
     host.input_line.clear();
     host.flags.interrupt_requested = false;
     host.flags.step_requested = false;
