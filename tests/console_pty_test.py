@@ -21,6 +21,7 @@ class Session:
             os.chdir(cwd)
             os.execve(EXE, [EXE] + args, env)
         self.seen = b""
+        self.seen_all = b""
 
     def expect(self, text, timeout=10.0):
         """Waits until `text` appears in the output after what was matched before."""
@@ -39,6 +40,7 @@ class Session:
                 if not chunk:
                     raise AssertionError("program ended while waiting for %r:\n%s" % (text, self.seen.decode(errors="replace")))
                 self.seen += chunk
+                self.seen_all += chunk
         self.seen = self.seen[self.seen.index(want) + len(want):]
 
     def send(self, data):
@@ -76,6 +78,8 @@ def run(home):
     os.makedirs(work)
     with open(os.path.join(work, "steps.bas"), "w") as f:
         f.write("a = 1\nstop\na = 2\nprint \"a is\"; a\n")
+    with open(os.path.join(work, "loop.bas"), "w") as f:
+        f.write("for v = 1 to 2\nstop\nprint \"v=\";v\nnext\n")
 
     s = Session(["/c"], home, env)
     s.expect("Command: ")
@@ -116,6 +120,19 @@ def run(home):
     s.send("cont\r")
     s.expect("a is            2")
     s.expect("Command: ")
+    # Paused inside a FOR body: a typed line and CONT run outside the loop.
+    s.send('run "loop.bas"\r')
+    s.expect("Stepping -- Command: ")
+    s.send("print v * 100\r")
+    s.expect("100\r\n")
+    s.expect("Stepping -- Command: ")
+    s.send("cont\r")
+    s.expect("v=            1")
+    s.expect("Stepping -- Command: ")
+    s.send("cont\r")
+    s.expect("v=            2")
+    s.expect("Command: ")
+    assert b"without" not in s.seen_all, s.seen_all.decode(errors="replace")
     s.send("\r")
     s.expect("Press <enter> to terminate program.")
     s.send("\r")

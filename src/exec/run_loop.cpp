@@ -524,6 +524,20 @@ int run_command_line(const char* text) {
     exec.command_line_offset = length + 7;
     exec.jump_target = 0;
     exec.program_ended = false;
+    if (exec.stepping_command_depth > 0) {
+        // A line typed while the program waits inside a FOR, WHILE, GOSUB or
+        // IF runs on its own, outside those blocks: it must neither see them
+        // open at its end nor close them. `saved` brings them back afterwards.
+        exec.block = BlockState{};
+        exec.skip = false;
+        exec.forced_skip = false;
+        exec.next_reached = false;
+        exec.wend_reached = false;
+        exec.return_reached = false;
+        exec.break_pending = false;
+        exec.continue_pending = false;
+        exec.position.resume_in_line = -1;
+    }
     host.flags.interrupt_requested = exec.stepping_command_depth > 0 ? host.flags.interrupt_requested.load() : false;
     const int rc = run_program_from(length + 7);
     // A GOTO typed at the prompt continues in the program, which then ends at

@@ -93,6 +93,29 @@ TEST_F(RunLoopTest, StopWaitsAndCommandsRunWhilePaused) {
     EXPECT_FALSE(host.flags.step_mode.load());
 }
 
+TEST_F(RunLoopTest, LinesTypedWhilePausedInsideBlocksRunOutsideThem) {
+    // Paused inside a FOR, a WHILE and a GOSUB: typed lines (loops of their
+    // own, a NEXT or WEND of nothing, CONT) neither see those blocks open nor
+    // close them, and the program goes on where it stood.
+    scripted.step_answers = {"print \"v\"; v", "for k = 1 to 2: s = s + k: next", "cont",
+                             "while w < 3: w = w + 1: wend", "print \"w\"; w", "cont",
+                             "if 1 then print \"in if\"", "cont", "cont"};
+    EXPECT_EQ(run("for v = 1 to 2\r\nstop\r\nn = n + 1\r\nnext\r\nj = 0\r\nwhile j < 1\r\nj = j + 1\r\nstop\r\n"
+                  "wend\r\ngosub 100\r\nprint \"done\"; n; s; w\r\nend\r\n100 stop\r\nreturn\r\n"),
+              0);
+    const std::string out = scripted.take();
+    EXPECT_EQ(out.find("ERROR"), std::string::npos) << out;
+    EXPECT_NE(out.find("v            1"), std::string::npos) << out;
+    EXPECT_NE(out.find("w            3"), std::string::npos) << out;
+    EXPECT_NE(out.find("in if"), std::string::npos) << out;
+    EXPECT_NE(out.find("done            2            3            3"), std::string::npos) << out;
+    // A NEXT typed at the prompt is refused as it is at the command prompt,
+    // and does not end the loop the program waits in.
+    scripted.step_answers = {"next", "cont"};
+    EXPECT_EQ(run("for v = 1 to 3\r\nif v = 1 then stop\r\nn = n + 1\r\nnext\r\n"), 0);
+    EXPECT_EQ(number("n"), 3.0);
+}
+
 TEST_F(RunLoopTest, EndOfInputWhileSteppingEndsTheProgram) {
     scripted.step_answers = {"<eof>"};
     EXPECT_LT(run("stop\r\nprint \"never\"; 1\r\n"), 0);
