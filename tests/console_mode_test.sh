@@ -36,6 +36,17 @@ case $log in "Tessaline BASIC Log File
 Date & Time = "*"Press <enter> to terminate program.") ;; *) fail "log text: $log" ;; esac
 grep -q '^LogFileName=session.log$' "$conf" || fail "settings lost at exit: $(cat "$conf")"
 
+# Whatever bytes a typed command holds, the next start still reads the file
+# it was saved in (here DEL, a stray UTF-8 byte and ESC).
+out=$(printf 'print "a\177b\377c\033d"\n\n\n' | "$bin" /c 2>&1) || fail "odd bytes: $out"
+case $out in *"could not be saved"*) fail "odd bytes not saved: $out" ;; esac
+rm -rf "$HOME/.cache/tessaline"  # read the file itself, not the snapshot
+out=$(printf '\n\n' | "$bin" /c 2>&1) || fail "start after odd bytes: $out"
+case $out in *"Log File Opened"*) ;; *) fail "settings lost after odd bytes: $out" ;; esac
+case $out in *"could not be saved"*) fail "settings not saved after odd bytes: $out" ;; esac
+grep -q '^RecentCommand0=@ByteArray(print \\"a\\x7f\\x62\\xff\\x63\\x1b\\x64\\")$' "$conf" ||
+  fail "typed bytes not kept: $(cat "$conf")"
+
 # A command line that is too long is refused with exit code -1.
 long=$(printf '%0600d' 0)
 out=$("$bin" /c "$long" </dev/null 2>&1); rc=$?

@@ -2,7 +2,8 @@
 //
 // The settings live in the INI file that QSettings keeps for the organisation
 // "Ostraval Software" and the application "Tessaline", group "Settings".
-// A missing, unreadable or corrupt file leaves every default in force.
+// A missing or unreadable file leaves every default in force; in a damaged
+// file each value that cannot be read keeps its default, and only that one.
 #pragma once
 
 #include <cstdint>
@@ -76,8 +77,9 @@ struct AppSettings {
 
 /// Writes the paths, flags, JPEG values and recent lists (not the sizes, which
 /// only the Customize dialog changes), those that differ from the file only.
-/// Returns false when the file could not be written; a corrupt file is left
-/// as it is.
+/// Texts that are not plain UTF-8 are stored as escaped bytes, so the file
+/// stays plain text. A damaged file is copied to "<file>.unreadable" before it
+/// is rewritten. Returns false when the file could not be written.
 bool save_settings(const AppSettings& settings, const std::string& ini_file = {});
 
 /// True when saving `settings` would leave the file as it is.
@@ -92,5 +94,42 @@ bool save_settings(const AppSettings& settings, const std::string& ini_file = {}
 
 // The functions above use Qt, which the program loads only when it needs
 // them (see qt_module.h); the ones below do not.
+
+[[nodiscard]] constexpr std::uint32_t clamp_jpeg_value(std::uint32_t v, std::uint32_t lo, std::uint32_t hi) {
+    return v < lo ? lo : (v > hi ? hi : v);
+}
+
+/// Puts settings that came from anywhere within the limits that reading the
+/// settings file applies: a size outside its range takes its default, the
+/// JPEG values are clamped, a path or file name longer than max_path_setting
+/// takes its default, a recent entry longer than max_recent_entry is emptied,
+/// and each recent list's first non-empty entry is found again.
+inline void keep_within_limits(AppSettings& s) {
+    for (int i = 0; i < sizing_count; ++i)
+        s.sizes.value[static_cast<std::size_t>(i)] =
+            clamp_sizing(static_cast<SizingIndex>(i), s.sizes.value[static_cast<std::size_t>(i)]);
+    s.jpeg_quality = clamp_jpeg_value(s.jpeg_quality, jpeg_quality_min, jpeg_quality_max);
+    s.jpeg_resolution = clamp_jpeg_value(s.jpeg_resolution, jpeg_resolution_min, jpeg_resolution_max);
+    const AppSettings defaults;
+    const auto limit_path = [](std::string& v, const std::string& fallback) {
+        if (v.size() > static_cast<std::size_t>(max_path_setting)) v = fallback;
+    };
+    limit_path(s.log_file_path, defaults.log_file_path);
+    limit_path(s.log_file_name, defaults.log_file_name);
+    limit_path(s.src_pgm_path, defaults.src_pgm_path);
+    limit_path(s.src_pgm_name, defaults.src_pgm_name);
+    limit_path(s.jpeg_path, defaults.jpeg_path);
+    limit_path(s.jpeg_file, defaults.jpeg_file);
+    limit_path(s.work_path, defaults.work_path);
+    for (RecentList* list : {&s.recent_working_dirs, &s.recent_log_files, &s.recent_source_programs,
+                             &s.recent_commands}) {
+        list->first_non_empty = -1;
+        for (std::size_t i = 0; i < list->entries.size(); ++i) {
+            std::string& e = list->entries[i];
+            if (e.size() > static_cast<std::size_t>(max_recent_entry)) e.clear();
+            if (list->first_non_empty < 0 && !e.empty()) list->first_non_empty = static_cast<int>(i);
+        }
+    }
+}
 
 }  // namespace tl::shell

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <sstream>
 
 namespace tl::shell {
@@ -77,7 +78,10 @@ public:
             if (c < '0' || c > '9') return fail();
             n = n * 10 + static_cast<std::uint64_t>(c - '0');
         }
-        v = static_cast<T>(n);
+        // A number too large for the field reads as its largest value (which
+        // the range checks then refuse) rather than wrapping into range.
+        v = n > static_cast<std::uint64_t>(std::numeric_limits<T>::max()) ? std::numeric_limits<T>::max()
+                                                                          : static_cast<T>(n);
         return true;
     }
     bool expect(const std::string& wanted) {
@@ -192,6 +196,9 @@ std::optional<SettingsSnapshot> read_settings_snapshot(const std::string& path) 
         list->first_non_empty = first - 1;
     }
     if (!r.expect("end") || !r.at_end()) return std::nullopt;
+    // The snapshot is a file like any other: its values get the checks the
+    // settings file's values get.
+    keep_within_limits(s);
     return snapshot;
 }
 

@@ -114,6 +114,44 @@ TEST_F(SettingsSnapshotTest, DamagedOrMissingSnapshotsAreNotUsed) {
     EXPECT_FALSE(shell::read_settings_snapshot(snapshot).has_value());
 }
 
+TEST_F(SettingsSnapshotTest, ItsValuesGetTheChecksOfTheSettingsFile) {
+    write_file(ini, "[Settings]\n");
+    SettingsSnapshot s = sample();
+    s.settings.sizes.value[size_string_space] = 0;
+    s.settings.sizes.value[size_program_buffer_space] = 5;
+    s.settings.sizes.value[size_num_variables] = 1001;
+    s.settings.jpeg_quality = 1;
+    s.settings.jpeg_resolution = 9999;
+    s.settings.work_path = std::string(261, 'w');
+    s.settings.recent_commands.entries[2] = std::string(256, 'c');
+    s.settings.recent_commands.entries[7] = "list";
+    ASSERT_TRUE(shell::write_settings_snapshot(s, {ini}, snapshot));
+    auto back = shell::read_settings_snapshot(snapshot);
+    ASSERT_TRUE(back.has_value());
+    EXPECT_EQ(back->settings.sizes[size_string_space], 65536U);
+    EXPECT_EQ(back->settings.sizes[size_program_buffer_space], 65536U);
+    EXPECT_EQ(back->settings.sizes[size_num_variables], 200U);
+    EXPECT_EQ(back->settings.sizes.value[3], 12345U);
+    EXPECT_EQ(back->settings.jpeg_quality, 25U);
+    EXPECT_EQ(back->settings.jpeg_resolution, 600U);
+    EXPECT_EQ(back->settings.work_path, "");
+    EXPECT_EQ(back->settings.recent_commands.entries[2], "");
+    EXPECT_EQ(back->settings.recent_commands.first_non_empty, 7);
+
+    // A number too large for its field does not wrap into range.
+    s = sample();
+    s.settings.sizes.value[size_string_space] = 3210;
+    ASSERT_TRUE(shell::write_settings_snapshot(s, {ini}, snapshot));
+    std::string text = read_file(snapshot);
+    const std::size_t at = text.find("\n4:3210\n");
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, 8, "\n10:4294970506\n");  // 2^32 + 3210
+    write_file(snapshot, text);
+    back = shell::read_settings_snapshot(snapshot);
+    ASSERT_TRUE(back.has_value());
+    EXPECT_EQ(back->settings.sizes[size_string_space], 65536U);
+}
+
 TEST_F(SettingsSnapshotTest, SessionsReadTheFileOnceAndSaveOnlyWhatChanged) {
     const ScopedVariable home("HOME", dir.path());
     const ScopedVariable config("XDG_CONFIG_HOME", dir / "config");

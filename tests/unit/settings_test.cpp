@@ -101,15 +101,61 @@ TEST_F(SettingsTest, RecentListsRememberTheirFirstNonEmptyEntry) {
     EXPECT_EQ(s.recent_working_dirs.first_non_empty, -1);
 }
 
-TEST_F(SettingsTest, GarbageFileKeepsEveryDefault) {
+TEST_F(SettingsTest, GarbageCostsOnlyTheValuesItHides) {
     std::mt19937 gen(12345);
     for (int round = 0; round < 20; ++round) {
         std::string junk(2000, '\0');
         for (char& c : junk) c = static_cast<char>(gen() & 0xff);
-        if (round % 2 == 1) junk = "[Settings]\nStringSpace=2000\n" + junk;
-        write_file(ini, junk);
-        expect_all_defaults(load_settings(ini));
+        if (round % 2 == 0) {
+            write_file(ini, junk);
+            expect_all_defaults(load_settings(ini));
+        } else {
+            const AppSettings s = load_with("StringSpace=2000\nWorkPath=/srv/basic\n" + junk);
+            EXPECT_EQ(s.sizes[size_string_space], 2000U);
+            EXPECT_EQ(s.work_path, "/srv/basic");
+        }
     }
+}
+
+TEST_F(SettingsTest, AnUnreadableValueCostsOnlyItself) {
+    // Raw DEL (as earlier versions stored it), a byte that is not UTF-8, a
+    // value of another type, a negative quality: each is judged on its own.
+    const AppSettings s = load_with("RecentCommand0=print 1\x7f\nRecentCommand1=print \"\xff\"\n"
+                                    "RecentCommand2=list\nWorkPath=@Rect(1 2 3 4)\nLogFileName=\xe9t\xe9.log\n"
+                                    "LogFilePath=/var/log\nCreateLogFile=1\nJPEGQuality=-5\nJPEGResolution=+300\n"
+                                    "NumVariables=-1\n");
+    EXPECT_EQ(s.recent_commands.entries[0], "print 1\x7f");
+    EXPECT_EQ(s.recent_commands.entries[1], "");
+    EXPECT_EQ(s.recent_commands.entries[2], "list");
+    EXPECT_EQ(s.work_path, "");
+    EXPECT_EQ(s.log_file_name, "logfile.log");
+    EXPECT_EQ(s.log_file_path, "/var/log");
+    EXPECT_TRUE(s.create_log_file);
+    EXPECT_EQ(s.jpeg_quality, 25U);  // clamped like any other value below the range
+    EXPECT_EQ(s.jpeg_resolution, 300U);
+    EXPECT_EQ(s.sizes[size_num_variables], 200U);
+}
+
+TEST_F(SettingsTest, EveryByteTypedRoundTripsAndTheFileStaysText) {
+    AppSettings s;
+    s.src_pgm_name = "\xe2\x82\xac.bas";  // plain text stays readable as such
+    for (int b = 0; b < 256; ++b) {
+        const std::size_t slot = static_cast<std::size_t>(b % 20);
+        s.recent_commands.entries[slot] = std::string("print \"a") + static_cast<char>(b) + "b\"";
+        if (b % 20 != 19 && b != 255) continue;
+        s.work_path = std::string("/home/") + static_cast<char>(b);
+        ASSERT_TRUE(save_settings(s, ini)) << b;
+        const std::string file = read_file(ini);
+        for (const char c : file) {
+            const auto u = static_cast<unsigned char>(c);
+            ASSERT_TRUE(u == '\n' || (u >= 0x20 && u != 0x7f)) << "byte " << int(u) << " written raw:\n" << file;
+        }
+        const AppSettings back = load_settings(ini);
+        EXPECT_EQ(back.recent_commands.entries, s.recent_commands.entries) << "up to byte " << b;
+        EXPECT_EQ(back.work_path, s.work_path) << b;
+        EXPECT_TRUE(shell::settings_stored_as(back, ini)) << b;  // nothing left to save
+    }
+    EXPECT_NE(read_file(ini).find("SrcPgmName=\xe2\x82\xac.bas\n"), std::string::npos) << read_file(ini);
 }
 
 TEST_F(SettingsTest, HostileValuesForEveryKnownNameAreClampedOrIgnored) {
@@ -186,11 +232,14 @@ TEST_F(SettingsTest, ClearedRecentEntriesAreRemoved) {
     EXPECT_EQ(read_file(ini).find("RecentLogFile1"), std::string::npos);
 }
 
-TEST_F(SettingsTest, CorruptFileIsNotOverwritten) {
+TEST_F(SettingsTest, ADamagedFileIsKeptBesideTheRewrittenOne) {
     for (const std::string junk : {"[Settings\n\x01\x02=\xff\xfe\n", "[Settings]\nStringSpace=2000\n\x01\xff\n"}) {
         write_file(ini, junk);
-        EXPECT_FALSE(save_settings(AppSettings{}, ini));
-        EXPECT_EQ(read_file(ini), junk);
+        AppSettings s = load_settings(ini);
+        s.work_path = "/srv";
+        ASSERT_TRUE(save_settings(s, ini));
+        EXPECT_EQ(read_file(ini + ".unreadable"), junk);
+        EXPECT_EQ(load_settings(ini).work_path, "/srv");
     }
 }
 
