@@ -6,6 +6,7 @@
 
 #include "exec/arrays.h"
 #include "exec/commands.h"
+#include "exec/datetime_statements.h"
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
 #include "graph/graph_state.h"
@@ -481,6 +482,10 @@ int execute_statement() {
             break;
         case kind_statement: result = do_keyword_statement(static_cast<int>(item.word)); break;
         case kind_command: result = do_command(static_cast<int>(item.word)); break;
+        case kind_function:  // only the statement form reaches here unevaluated
+            result = item.word == fn_expanddatetime ? do_expanddatetime()
+                                                     : error_at_column(err_invalid_statement, item.column);
+            break;
         case 0: result = 0; break;
         default:
             if (kind < 0) {

@@ -5,6 +5,7 @@
 
 #include "exec/arrays.h"
 #include "exec/commands.h"
+#include "exec/datetime_statements.h"
 #include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
@@ -209,6 +210,9 @@ int do_keyword_statement(int slot) {
         case stmt_graph: return do_graph();
         case stmt_plot: return do_plot();
         case stmt_text: return do_text();
+        case stmt_updatedatetime: return do_updatedatetime();
+        case stmt_settimezone: return do_settimezone();
+        case stmt_setdstrules: return do_setdstrules();
         default: return not_yet_available();
     }
 }

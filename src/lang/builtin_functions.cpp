@@ -76,9 +76,9 @@ constexpr FunctionEntry functions[fn_count] = {
     {1, 1, S, fn_hexconvert_handler},  // 42 hexconvert
     {1, 1, S, fn_browse_handler},  // 43 browseinputfile$
     {1, 1, S, fn_browse_handler},  // 44 browseoutputfile$
-    {0, 7, S, nullptr},           // 45 formatdatetime$
+    {0, 2, S, fn_formatdatetime_handler},  // 45 formatdatetime$
     {0, 7, N, nullptr},           // 46 expanddatetime: a statement form, never a function
-    {0, 7, N, nullptr},           // 47 makedatetime
+    {0, 6, N, fn_makedatetime_handler},  // 47 makedatetime
     {3, 3, N, fn_setcolor_handler},  // 48 setcolor
     {1, 4, N, fn_messagebox_handler},  // 49 messagebox
     {0, 7, N, nullptr},           // 50 inputdialog: statement form only

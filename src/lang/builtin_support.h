@@ -84,6 +84,8 @@ int fn_open_handler(Item* p, int count);
 int fn_browse_handler(Item* p, int count);
 int fn_select_handler(Item* p, int count);
 int fn_messagebox_handler(Item* p, int count);
+int fn_makedatetime_handler(Item* p, int count);  // builtin_datetime.cpp
+int fn_formatdatetime_handler(Item* p, int count);
 
 // Special functions (builtin_special.cpp).
 int special_longpi();

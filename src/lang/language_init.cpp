@@ -8,6 +8,7 @@
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
 #include "graph/graph_state.h"
+#include "lang/datetime_state.h"
 #include "lang/lang_state.h"
 #include "longmath/long_state.h"
 
@@ -34,6 +35,7 @@ void reset_interpreter_state() {
     long_state = LongState{};
     exec = ExecState{};
     graph = GraphState{};
+    reset_datetime_state();
     host.input_line.clear();
     host.flags.interrupt_requested = false;
     host.flags.step_requested = false;
