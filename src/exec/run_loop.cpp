@@ -482,13 +482,11 @@ int execute_statement() {
             break;
         case kind_statement: result = do_keyword_statement(static_cast<int>(item.word)); break;
         case kind_command: result = do_command(static_cast<int>(item.word)); break;
-        case kind_function:  // only the statement form reaches here unevaluated
-            result = item.word == fn_expanddatetime ? do_expanddatetime()
-                                                     : error_at_column(err_invalid_statement, item.column);
-            break;
         case 0: result = 0; break;
         default:
-            if (kind < 0) {
+            if (kind == kind_function && item.word == fn_expanddatetime) {
+                result = do_expanddatetime();  // a function name used as a statement
+            } else if (kind < 0) {
                 result = kind;
             } else if (exec.running_command_line) {
                 result = immediate_answer();

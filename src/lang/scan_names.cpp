@@ -401,8 +401,7 @@ int scan_keyword(Item& item, int mode, std::string_view name, NameCacheEntry* ca
     slot = known != nullptr ? known->function : find_keyword(Table::functions, name);
     if (slot >= 0) {
         item.word = static_cast<std::uint32_t>(slot);
-        // EXPANDDATETIME at the start of a statement is a statement form.
-        if (!evaluate || (slot == fn_expanddatetime && (mode & scan_statement_position) != 0)) {
+        if (!evaluate) {
             item.kind = kind_function;
             return kind_function;
         }
