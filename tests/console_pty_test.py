@@ -5,7 +5,9 @@ usage: console_pty_test.py TESSALINE
 """
 import os
 import pty
+import re
 import select
+import signal
 import shutil
 import sys
 import tempfile
@@ -58,6 +60,15 @@ class Session:
                     os.read(self.fd, 4096)
             except OSError:
                 pass
+        raise AssertionError("program did not end")
+
+    def wait_closed(self, timeout=10.0):
+        end = time.time() + timeout
+        while time.time() < end:
+            pid, status = os.waitpid(self.pid, os.WNOHANG)
+            if pid:
+                return os.waitstatus_to_exitcode(status)
+            time.sleep(0.05)
         raise AssertionError("program did not end")
 
 
@@ -139,6 +150,42 @@ def run(home):
     code = s.wait()
     assert code == 0, "exit status %d" % code
     assert os.path.exists(home + "/state/tessaline/history"), "no history file"
+    signals_save_the_session(env, home)
+
+
+def signals_save_the_session(env, home):
+    """SIGHUP (the terminal closed), SIGTERM and SIGQUIT, at the prompt or
+    while a program runs, save the history and the settings as a normal exit
+    does, then end the process by that signal."""
+    history = home + "/state/tessaline/history"
+    conf = home + "/config/Ostraval Software/Tessaline.conf"
+    cases = [("hangup", signal.SIGHUP, False), ("term", signal.SIGTERM, False),
+             ("quit", signal.SIGQUIT, False), ("busy", signal.SIGTERM, True), ("busyhup", signal.SIGHUP, True)]
+    for name, sig, busy in cases:
+        s = Session(["/c"], home, env)
+        s.expect("Command: ")
+        command = "print \"%s\"; 6 * 7" % name
+        s.send(command + "\r")
+        s.expect("42")
+        s.expect("Command: ")
+        if busy:
+            s.send("for i = 1 to 1e9: next\r")
+            time.sleep(0.3)
+        if sig == signal.SIGHUP:
+            os.close(s.fd)  # the terminal goes away: the kernel sends SIGHUP
+            code = s.wait_closed()
+        else:
+            os.kill(s.pid, sig)
+            code = s.wait()
+            os.close(s.fd)
+        assert code == -sig, "%s: exit status %d" % (name, code)
+        with open(history, "rb") as f:
+            # (the line editor's file encodes blanks)
+            assert b'"%s";' % name.encode() in f.read(), "%s: history not saved" % name
+        with open(conf, "rb") as f:
+            text = f.read()
+        assert re.search(rb'RecentCommand%d="?print \\"%s\\"; 6 \* 7' % (1 if busy else 0, name.encode()), text), \
+            "%s: settings not saved:\n%s" % (name, text.decode(errors="replace"))
 
 
 if __name__ == "__main__":

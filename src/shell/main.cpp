@@ -14,6 +14,7 @@
 #include "shell/session_settings.h"
 #include "shell/settings.h"
 #include "shell/shell_state.h"
+#include "shell/termination_signals.h"
 #include "shell/working_folder.h"
 
 namespace {
@@ -55,12 +56,13 @@ int run_session(const std::string& program_file) {
     start_log_file(s.settings);
 
     install_interrupt_handler();
+    install_termination_handlers();
     s.terminal.enable_line_editing(history_file());
     bool program_ok = true;
     if (!program_file.empty()) program_ok = run_program_file(program_file);
-    run_console_loop(s.terminal);
+    if (termination_signal() == 0) run_console_loop(s.terminal);
     s.terminal.save_history();
-    wait_before_exit(s.terminal);
+    if (termination_signal() == 0) wait_before_exit(s.terminal);
 
     if (!save_session_settings(s.settings, loaded, snapshot_path))
         std::fprintf(stderr, "The settings could not be saved.\n");
@@ -102,5 +104,7 @@ int main(int argc, char** argv) {
         const std::filesystem::path absolute = std::filesystem::absolute(program_file, ec);
         if (!ec) program_file = absolute.lexically_normal().string();
     }
-    return run_session(program_file);
+    const int code = run_session(program_file);
+    end_by_termination_signal();
+    return code;
 }

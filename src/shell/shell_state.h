@@ -1,6 +1,9 @@
 // shell_state.h — the application shell's process-wide state.
 #pragma once
 
+#include <termios.h>
+
+#include <csignal>
 #include <string>
 
 #include "shell/settings.h"
@@ -19,6 +22,13 @@ struct ShellState {
     bool console_mode = true;
     /// The front end of Console mode.
     TerminalFrontEnd terminal;
+    /// SIGHUP, SIGTERM or SIGQUIT once one asked the session to end (set by
+    /// its handler), else 0.
+    volatile std::sig_atomic_t termination_signal = 0;
+    /// The terminal as standard input was at start-up (a duplicate, or -1)
+    /// and its settings then, given back when a signal ends the session.
+    int terminal_fd = -1;
+    termios terminal_mode{};
 };
 
 extern ShellState shell_state;

@@ -1,0 +1,25 @@
+// termination_signals.h — ending the session cleanly on SIGHUP, SIGTERM and SIGQUIT.
+//
+// A closed terminal, a polite kill or Ctrl+\ ends Tessaline the way an empty
+// command line does: the running program is stopped, the history, the
+// settings and the log are saved and closed, and the process then ends by
+// the same signal, so that its parent sees why it ended.
+#pragma once
+
+namespace tl::shell {
+
+/// Installs the handlers. Each records the signal, raises the interrupt flag
+/// (a running program stops at its next statement) and puts the null device
+/// on standard input, so that any read in progress or to come (the prompt,
+/// INPUT, the stepping prompt, the closing prompt) ends as at the end of input.
+void install_termination_handlers();
+
+/// The signal that asked Tessaline to end, or 0.
+[[nodiscard]] int termination_signal();
+
+/// After everything has been saved: gives the terminal back its settings
+/// from before the session and ends the process by the recorded signal (its
+/// default action, without a core file). Returns only when no signal came.
+void end_by_termination_signal();
+
+}  // namespace tl::shell
