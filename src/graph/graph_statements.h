@@ -33,6 +33,10 @@ bool set_axis_scale_type(bool horizontal, int type);
 /// reports "Can't plot negative number or zero on log scale.".
 [[nodiscard]] int log_scale_data_check();
 
+/// The text a text entry or axis label shows now: the value of its string
+/// variable or element, or "" when that is gone (CLEAR, ERASE).
+[[nodiscard]] const char* graph_text(const ValueReference& ref);
+
 /// Turns an angle just read (degrees or radians by the interpreter's angle
 /// unit) into radians in [0, 2 pi). Returns 0, or reports the range error at
 /// the value's column.

@@ -215,6 +215,23 @@ int add_text_entry(const PendingText& p) {
 
 }  // namespace
 
+const char* graph_text(const ValueReference& ref) {
+    if (ref.word == 0) return "";
+    if (ref.array == nullptr) {
+        if (ref.word > areas.variable_count) return "";
+        const VariableEntry& v = variable_at(static_cast<int>(ref.word) - 1);
+        return v.type == kind_string ? string_at(v.value.word) : "";
+    }
+    // An array entry is trusted only while it is still in the Array Table.
+    for (std::uint32_t i = 0; i < areas.array_count; ++i) {
+        const ArrayEntry& a = areas.arrays[i];
+        if (&a != ref.array) continue;
+        if (a.type != kind_string || ref.word > a.element_count()) return "";
+        return string_at(static_cast<const std::uint32_t*>(a.elements)[ref.word - 1]);
+    }
+    return "";
+}
+
 int read_angle(double value, double& radians) {
     const double turn = lang.degrees ? 360.0 : 2.0 * pi;
     const double limit = lang.degrees ? 3600.0 : 20.0 * pi;

@@ -1,0 +1,135 @@
+// axis_ticks.cpp — tick positions and readable numbers for linear and log axes.
+#include "graph/axis_ticks.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+namespace tl {
+namespace {
+
+/// 1, 2 or 5 times a power of ten, the smallest such not below `raw`.
+double nice_step(double raw) {
+    const double magnitude = std::pow(10.0, std::floor(std::log10(raw)));
+    const double m = raw / magnitude;
+    const double f = m <= 1.0 ? 1.0 : m <= 2.0 ? 2.0 : m <= 5.0 ? 5.0 : 10.0;
+    return f * magnitude;
+}
+
+/// Replaces a leading "-" by the minus sign U+2212.
+void use_minus_sign(char (&text)[tick_label_size]) {
+    if (text[0] != '-') return;
+    const std::size_t n = std::strlen(text);
+    if (n + 2 >= tick_label_size) return;
+    std::memmove(text + 3, text + 1, n);  // the NUL moves along
+    text[0] = static_cast<char>(0xE2);
+    text[1] = static_cast<char>(0x88);
+    text[2] = static_cast<char>(0x92);
+}
+
+/// "1.5e+07" -> "1.5e7", "2e-05" -> "2e-5".
+void tidy_exponent(char (&text)[tick_label_size]) {
+    char* e = std::strchr(text, 'e');
+    if (e == nullptr) return;
+    char* src = e + 1;
+    char* dst = e + 1;
+    if (*src == '+') ++src;
+    if (*src == '-') *dst++ = *src++;
+    while (*src == '0' && src[1] != 0) ++src;
+    std::memmove(dst, src, std::strlen(src) + 1);
+}
+
+}  // namespace
+
+void format_tick(double value, double step, double largest, char (&out)[tick_label_size]) {
+    if (std::fabs(value) < step * 1e-9) value = 0.0;
+    const bool scientific = largest >= 1e6 || (largest > 0.0 && largest < 1e-4);
+    if (scientific) {
+        // Enough mantissa digits to tell neighbouring numbers apart.
+        const int spread = static_cast<int>(std::floor(std::log10(largest)) - std::floor(std::log10(step) + 1e-9));
+        const int digits = spread < 0 ? 0 : spread > 15 ? 15 : spread;
+        std::snprintf(out, sizeof out, "%.*e", digits, value);
+        if (value == 0.0) std::snprintf(out, sizeof out, "0");
+        tidy_exponent(out);
+    } else {
+        const int decimals = static_cast<int>(-std::floor(std::log10(step) + 1e-9));
+        std::snprintf(out, sizeof out, "%.*f", decimals < 0 ? 0 : decimals > 15 ? 15 : decimals, value);
+    }
+    use_minus_sign(out);
+}
+
+void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks& out) {
+    out.count = 0;
+    out.minor_count = 0;
+    out.power_labels = false;
+    if (!(hi > lo) || !(length > 0.0) || !std::isfinite(hi - lo)) return;
+    double step = nice_step((hi - lo) * spacing / length);
+    if (!(step > 0.0) || !std::isfinite(step)) return;
+    // Steps too small for doubles to tell apart near lo give no ticks.
+    if (std::fabs(lo) / step > 1e15 || std::fabs(hi) / step > 1e15) return;
+    // A tick a hair outside the range (rounding) is still shown.
+    const double first = std::ceil(lo / step - 1e-9);
+    const double last = std::floor(hi / step + 1e-9);
+    if (last - first + 1 > max_axis_ticks) return;
+    const double largest = std::fmax(std::fabs(first * step), std::fabs(last * step));
+    for (double k = first; k <= last && out.count < max_axis_ticks; ++k) {
+        double v = k * step;
+        if (std::fabs(v) < step * 1e-9) v = 0.0;
+        out.value[out.count] = v;
+        format_tick(v, step, largest, out.label[out.count]);
+        ++out.count;
+    }
+}
+
+void log_ticks(double lo, double hi, double length, double spacing, AxisTicks& out) {
+    out.count = 0;
+    out.minor_count = 0;
+    out.power_labels = false;
+    if (!(hi > lo) || !(length > 0.0)) return;
+    const double per_decade = length / (hi - lo);
+    const double first = std::ceil(lo - 1e-9);
+    const double last = std::floor(hi + 1e-9);
+    if (last - first < 1.0) {
+        // Less than two decades numbered: number it as a linear axis of the
+        // values, with the ticks placed at their logarithms.
+        AxisTicks linear;
+        const double a = std::pow(10.0, lo);
+        const double b = std::pow(10.0, hi);
+        linear_ticks(a, b, length, spacing * 1.5, linear);
+        for (int i = 0; i < linear.count; ++i) {
+            if (!(linear.value[i] > 0.0)) continue;
+            out.value[out.count] = std::log10(linear.value[i]);
+            std::memcpy(out.label[out.count], linear.label[i], tick_label_size);
+            ++out.count;
+        }
+        return;
+    }
+    double step = 1.0;
+    if (per_decade < spacing) step = nice_step(spacing / per_decade);
+    const double from = std::ceil(first / step) * step;
+    const bool plain = from >= -3.0 && last <= 4.0;  // 0.001 .. 10000 read well as they are
+    out.power_labels = !plain;
+    for (double d = from; d <= last && out.count < max_axis_ticks; d += step) {
+        out.value[out.count] = d;
+        char(&text)[tick_label_size] = out.label[out.count];
+        if (plain) {
+            const int decimals = d < 0 ? static_cast<int>(-d) : 0;
+            std::snprintf(text, sizeof text, "%.*f", decimals, std::pow(10.0, d));
+        } else {
+            std::snprintf(text, sizeof text, "%.0f", d);
+            use_minus_sign(text);
+        }
+        ++out.count;
+    }
+    // Minor ticks at 2..9 times each decade when they have room.
+    if (step == 1.0 && per_decade >= 4.0 * 8.0) {
+        for (double d = std::floor(lo); d <= hi && out.minor_count + 8 <= max_minor_ticks; d += 1.0) {
+            for (int m = 2; m <= 9; ++m) {
+                const double v = d + std::log10(static_cast<double>(m));
+                if (v >= lo && v <= hi) out.minor[out.minor_count++] = v;
+            }
+        }
+    }
+}
+
+}  // namespace tl

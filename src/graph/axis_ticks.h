@@ -1,0 +1,41 @@
+// axis_ticks.h — where an axis gets its ticks and what its numbers say.
+//
+// Linear axes step by 1, 2 or 5 times a power of ten, chosen so that the
+// numbers are at least a given distance apart; every number on an axis has
+// the same form (the same decimals, or scientific form for very large or
+// very small values). Log axes put a number at every decade (or every 2nd,
+// 5th, 10th... when decades are close) with minor ticks at 2..9 times each
+// decade; a log axis showing less than a decade or two is numbered as a
+// linear one. Values are on the axis's own scale (decimal logarithms on a
+// log axis).
+#pragma once
+
+namespace tl {
+
+inline constexpr int max_axis_ticks = 64;
+inline constexpr int max_minor_ticks = 512;
+inline constexpr int tick_label_size = 40;
+
+struct AxisTicks {
+    int count = 0;
+    double value[max_axis_ticks] = {};
+    /// UTF-8 text of each number (a minus is U+2212). With `power_labels`
+    /// the text is the exponent, to be shown as a power of ten.
+    char label[max_axis_ticks][tick_label_size] = {};
+    bool power_labels = false;
+    int minor_count = 0;
+    double minor[max_minor_ticks] = {};
+};
+
+/// Ticks of a linear axis showing lo..hi over `length` pixels, numbers at
+/// least `spacing` pixels apart.
+void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks& out);
+
+/// Ticks of a log axis showing the decades lo..hi over `length` pixels.
+void log_ticks(double lo, double hi, double length, double spacing, AxisTicks& out);
+
+/// The text of `value` on an axis whose numbers step by `step` and reach
+/// `largest` in magnitude.
+void format_tick(double value, double step, double largest, char (&out)[tick_label_size]);
+
+}  // namespace tl

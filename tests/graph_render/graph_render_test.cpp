@@ -1,0 +1,219 @@
+// The painter drawing offscreen: pixels probed where the mapping says things are.
+//
+// TESSALINE_RENDER_DIR=folder keeps every image drawn, as NAME.png.
+#include <QGuiApplication>
+#include <QImage>
+#include <QPainter>
+#include <cmath>
+#include <cstdlib>
+#include <cstdio>
+#include <random>
+
+#include "graph/graph_mapping.h"
+#include "graph/graph_statements.h"
+#include "graph_test_support.h"
+#include "gui/graph_painter.h"
+
+namespace tl::test {
+namespace {
+
+class GraphRender : public GraphTest {
+protected:
+    GraphPaintState state;
+    QImage image;
+
+    /// Renders at `ppi` and keeps the image when asked to.
+    int render(const char* name, double ppi = 100, int target = target_image) {
+        const int rc = render_graph_image(image, ppi, target, state);
+        if (const char* dir = std::getenv("TESSALINE_RENDER_DIR"); dir != nullptr)
+            image.save(QString::fromUtf8(dir) + "/" + name + ".png");
+        return rc;
+    }
+    void program(std::initializer_list<const char*> lines) {
+        for (const char* l : lines) ASSERT_EQ(type(l), 0) << l << "\n" << fe.output;
+    }
+    QColor at(int x, int y) const { return image.pixelColor(x, y); }
+    /// True when some pixel within `r` of (x, y) has colour `c` (within 40 per component).
+    bool near_colour(int x, int y, int r, QColor c) const {
+        for (int dy = -r; dy <= r; ++dy)
+            for (int dx = -r; dx <= r; ++dx) {
+                const QColor p = image.pixelColor(x + dx, y + dy);
+                if (std::abs(p.red() - c.red()) < 40 && std::abs(p.green() - c.green()) < 40 &&
+                    std::abs(p.blue() - c.blue()) < 40)
+                    return true;
+            }
+        return false;
+    }
+    /// Pixels of colour `c` (within 40 per component) in a rectangle.
+    int count_colour(QRect r, QColor c) const {
+        r = r.intersected(image.rect());
+        int n = 0;
+        for (int y = r.top(); y <= r.bottom(); ++y)
+            for (int x = r.left(); x <= r.right(); ++x) {
+                const QColor p = image.pixelColor(x, y);
+                n += std::abs(p.red() - c.red()) < 40 && std::abs(p.green() - c.green()) < 40 &&
+                     std::abs(p.blue() - c.blue()) < 40;
+            }
+        return n;
+    }
+};
+
+TEST_F(GraphRender, BackgroundSeriesAndAxesWhereTheMappingSays) {
+    program({"graph width = 6, height = 4, bgcolor = (250, 245, 220), axiscolor = (0, 0, 90)",
+             "plot color = (220, 30, 30), lineweight = 3", "plot x = -5, y = -2", "plot x = 5, y = 8"});
+    ASSERT_EQ(render("series_axes"), 0);
+    EXPECT_EQ(image.width(), 600);
+    EXPECT_EQ(image.height(), 400);
+    const QColor bg(250, 245, 220);
+    EXPECT_EQ(at(0, 0), bg);
+    EXPECT_EQ(at(599, 399), bg);
+    EXPECT_EQ(at(599, 0), bg);
+    // The line passes through (0, 3): red there, background well away from it.
+    EXPECT_TRUE(near_colour(map_to_pixel_x(0), map_to_pixel_y(3), 1, QColor(220, 30, 30)));
+    EXPECT_TRUE(near_colour(map_to_pixel_x(-4), map_to_pixel_y(-1), 1, QColor(220, 30, 30)));
+    EXPECT_FALSE(near_colour(map_to_pixel_x(3), map_to_pixel_y(0.5), 2, QColor(220, 30, 30)));
+    // The x axis at y = 0 and the y axis at x = 0, in the axis colour.
+    EXPECT_TRUE(near_colour(map_to_pixel_x(3.3), map_to_pixel_y(0), 1, QColor(0, 0, 90)));
+    EXPECT_TRUE(near_colour(map_to_pixel_x(0), map_to_pixel_y(6.5), 1, QColor(0, 0, 90)));
+    // Numbers under the plotting area and left of it.
+    const GraphSurface& f = graph.surface;
+    const int below = static_cast<int>(f.area_top + f.area_height) + 8;
+    EXPECT_GT(count_colour(QRect(static_cast<int>(f.area_left), below, static_cast<int>(f.area_width), 20),
+                           QColor(0, 0, 90)),
+              20);
+    EXPECT_GT(count_colour(QRect(0, static_cast<int>(f.area_top), static_cast<int>(f.area_left) - 6,
+                                 static_cast<int>(f.area_height)),
+                           QColor(0, 0, 90)),
+              20);
+}
+
+TEST_F(GraphRender, SwitchedOffPartsAreNotDrawn) {
+    program({"graph width = 4, height = 3, noaxes, nogrid, noborder, numberxaxis = 0, numberyaxis = 0",
+             "plot x = 1, y = 1", "plot x = 2, y = 2"});
+    ASSERT_EQ(render("bare"), 0);
+    const GraphSurface& f = graph.surface;
+    // Only the series is dark; the frame's corner and the axis places are white.
+    EXPECT_EQ(at(static_cast<int>(f.area_left), static_cast<int>(f.area_top)), QColor(Qt::white));
+    EXPECT_EQ(count_colour(QRect(0, 0, 400, static_cast<int>(f.area_top) - 2), QColor(0, 0, 0)), 0);
+    EXPECT_EQ(count_colour(QRect(0, static_cast<int>(f.area_top + f.area_height) + 6, 400, 30), QColor(0, 0, 0)), 0);
+    EXPECT_TRUE(near_colour(map_to_pixel_x(1.5), map_to_pixel_y(1.5), 1, QColor(0, 0, 0)));
+}
+
+TEST_F(GraphRender, GridInItsColour) {
+    program({"graph width = 4, height = 3, gridcolor = (0, 160, 0), noaxes", "plot x = 0, y = 0",
+             "plot x = 10, y = 0"});
+    ASSERT_EQ(render("grid"), 0);
+    const GraphSurface& f = graph.surface;
+    const int y = static_cast<int>(f.area_top + f.area_height / 4);  // clear of the series
+    int greenish = 0;
+    for (int x = static_cast<int>(f.area_left) + 2; x < f.area_left + f.area_width - 2; ++x) {
+        const QColor c = at(x, y);
+        greenish += c.green() > c.red() + 20;
+    }
+    EXPECT_GE(greenish, 3);  // vertical grid lines cross the middle row
+}
+
+TEST_F(GraphRender, TextBoxAndLabels) {
+    program({"graph width = 5, height = 4", "plot x = 0, y = 0", "plot x = 10, y = 10",
+             "text string = \"Boxed\", x = 5, y = 5, boxed, color = (0, 0, 255), size = 14",
+             "text string = \"Across\", xaxis, color = (200, 0, 200)",
+             "text string = \"Up\", yaxis, color = (0, 150, 150)", "text string = \"Title\", v = 95, size = 16"});
+    ASSERT_EQ(render("text"), 0);
+    const int cx = map_to_pixel_x(5);
+    const int cy = map_to_pixel_y(5);
+    EXPECT_GT(count_colour(QRect(cx - 40, cy - 15, 80, 30), QColor(0, 0, 255)), 40);
+    // The box is wider than the text: blue on a row above and below the letters.
+    int top_row = 0;
+    for (int y = cy - 30; y < cy; ++y) {
+        int blue = 0;
+        for (int x = cx - 30; x < cx + 30; ++x) blue += at(x, y).blue() > at(x, y).red() + 60;
+        top_row = std::max(top_row, blue);
+    }
+    EXPECT_GE(top_row, 55);
+    const GraphSurface& f = graph.surface;
+    EXPECT_GT(count_colour(QRect(0, static_cast<int>(f.area_top + f.area_height), 500,
+                                 static_cast<int>(400 - f.area_top - f.area_height)),
+                           QColor(200, 0, 200)),
+              10);
+    EXPECT_GT(count_colour(QRect(0, 0, static_cast<int>(f.area_left), 400), QColor(0, 150, 150)), 10);
+    EXPECT_GT(count_colour(QRect(0, 0, 500, 40), QColor(0, 0, 0)), 10);  // the title near the top
+}
+
+TEST_F(GraphRender, LogAxesAndRotatedText) {
+    program({"graph width = 5, height = 4, hscaletype = log, vscaletype = log", "plot color = (0, 90, 200)"});
+    for (int i = 0; i <= 40; ++i) {
+        const std::string line = "plot x = " + std::to_string(std::pow(10.0, i / 10.0)) +
+                                 ", y = " + std::to_string(std::pow(10.0, i / 20.0) + 1);
+        ASSERT_EQ(type(line.c_str()), 0) << fe.output;
+    }
+    program({"degrees", "text string = \"rising\", x = 100, y = 5, angle = 45, color = (200, 0, 0)"});
+    ASSERT_EQ(render("log"), 0);
+    EXPECT_TRUE(near_colour(map_to_pixel_x(1000), map_to_pixel_y(std::pow(10.0, 1.5) + 1), 2, QColor(0, 90, 200)));
+    EXPECT_GT(count_colour(QRect(map_to_pixel_x(100) - 40, map_to_pixel_y(5) - 40, 80, 80), QColor(200, 0, 0)), 20);
+}
+
+TEST_F(GraphRender, ScaleTooSmallDrawsOnlyTheBackground) {
+    program({"graph width = 4, height = 3, hscale = 1e307", "plot x = 1, y = 1"});
+    ASSERT_EQ(render("too_small", 1e-300), -1);
+    EXPECT_EQ(render("fine"), 0);
+}
+
+TEST_F(GraphRender, ScreenReductionDrawsTheSamePicture) {
+    program({"graph width = 4, height = 3", "plot color = (0, 0, 0), lineweight = 0.5"});
+    std::mt19937 random(7);
+    std::normal_distribution<double> noise(0.0, 1.0);
+    ASSERT_EQ(graph.current_series, 0);
+    for (int i = 0; i < 100000; ++i) ASSERT_EQ(add_plot_point(i * 0.001, std::sin(i * 0.0001) * 5 + noise(random)), 0);
+    ASSERT_EQ(render("full", 100, target_image), 0);
+    const QImage full = image;
+    ASSERT_EQ(render("reduced", 100, target_screen), 0);
+
+    // Each pixel column keeps the lowest and highest point of the data in it,
+    // and its first and last (the lines to the neighbouring columns).
+    std::vector<PathPoint> all;
+    series_pixels(graph.series[0], false, all, state.scratch);
+    series_pixels(graph.series[0], true, state.path, state.scratch);
+    EXPECT_LE(state.path.size(), 4 * 401u);
+    struct Column {
+        double top = 1e9, bottom = -1e9, first = 0, last = 0;
+        bool seen = false;
+    };
+    std::vector<Column> want(420), got(420);
+    const auto fill = [](std::vector<Column>& cols, const std::vector<PathPoint>& pts) {
+        for (const PathPoint& q : pts) {
+            const int x = static_cast<int>(std::floor(q.x));
+            if (x < 0 || x >= static_cast<int>(cols.size())) continue;
+            Column& c = cols[static_cast<std::size_t>(x)];
+            if (!c.seen) c.first = q.y;
+            c.seen = true;
+            c.last = q.y;
+            c.top = std::min(c.top, q.y);
+            c.bottom = std::max(c.bottom, q.y);
+        }
+    };
+    fill(want, all);
+    fill(got, state.path);
+    for (std::size_t x = 0; x < want.size(); ++x) {
+        ASSERT_EQ(want[x].seen, got[x].seen) << x;
+        EXPECT_EQ(want[x].top, got[x].top) << x;
+        EXPECT_EQ(want[x].bottom, got[x].bottom) << x;
+        EXPECT_EQ(want[x].first, got[x].first) << x;
+        EXPECT_EQ(want[x].last, got[x].last) << x;
+    }
+    // The two pictures differ only at the thin tips of the spikes.
+    int differing = 0;
+    for (int y = 0; y < full.height(); ++y)
+        for (int x = 0; x < full.width(); ++x)
+            differing += std::abs(full.pixelColor(x, y).red() - image.pixelColor(x, y).red()) > 60;
+    EXPECT_LT(differing, full.width() * full.height() * 3 / 100);
+}
+
+}  // namespace
+}  // namespace tl::test
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    return RUN_ALL_TESTS();
+}

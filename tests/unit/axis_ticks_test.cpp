@@ -1,0 +1,72 @@
+// Tick positions and numbers of linear and log axes.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "graph/axis_ticks.h"
+
+namespace tl {
+namespace {
+
+std::vector<std::string> labels(const AxisTicks& t) {
+    std::vector<std::string> v;
+    for (int i = 0; i < t.count; ++i) v.emplace_back(t.label[i]);
+    return v;
+}
+
+TEST(AxisTicks, LinearStepsAreOneTwoOrFiveAndNumbersShareAForm) {
+    AxisTicks t;
+    linear_ticks(0, 10, 500, 50, t);  // room for 10 numbers
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "10"}));
+    linear_ticks(-0.25, 0.75, 300, 60, t);  // 0.2 apart
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"\u22120.2", "0.0", "0.2", "0.4", "0.6"}));
+    EXPECT_EQ(t.value[1], 0.0);  // no -5.55e-17 at zero
+    linear_ticks(0.1, 0.35, 500, 50, t);
+    EXPECT_EQ(labels(t).front(), "0.10");
+    EXPECT_EQ(labels(t).back(), "0.35");
+    linear_ticks(1e6, 5e6, 400, 100, t);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"1e6", "2e6", "3e6", "4e6", "5e6"}));
+    linear_ticks(1.5e7, 1.7e7, 400, 100, t);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"1.50e7", "1.55e7", "1.60e7", "1.65e7", "1.70e7"}));
+    linear_ticks(0, 3e-5, 300, 100, t);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "1e-5", "2e-5", "3e-5"}));
+    for (int i = 1; i < t.count; ++i) EXPECT_GT(t.value[i], t.value[i - 1]);
+}
+
+TEST(AxisTicks, DegenerateRangesGiveNoTicks) {
+    AxisTicks t;
+    linear_ticks(1, 1, 100, 10, t);
+    EXPECT_EQ(t.count, 0);
+    linear_ticks(0, 1, 0, 10, t);
+    EXPECT_EQ(t.count, 0);
+    linear_ticks(1e20, 1e20 + 1e5, 500, 50, t);  // steps below what doubles resolve there
+    EXPECT_EQ(t.count, 0);
+    linear_ticks(-1.7e308, 1.7e308, 500, 50, t);  // the width overflows
+    EXPECT_EQ(t.count, 0);
+    linear_ticks(0, NAN, 500, 50, t);
+    EXPECT_EQ(t.count, 0);
+}
+
+TEST(AxisTicks, LogDecadesWithMinorTicks) {
+    AxisTicks t;
+    log_ticks(0, 3, 600, 40, t);  // 1 .. 1000, 200 pixels a decade
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"1", "10", "100", "1000"}));
+    EXPECT_FALSE(t.power_labels);
+    EXPECT_EQ(t.minor_count, 8 * 3);
+    EXPECT_DOUBLE_EQ(t.minor[0], std::log10(2.0));
+    log_ticks(-2, 0, 400, 40, t);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0.01", "0.1", "1"}));
+    log_ticks(-12, 12, 480, 40, t);  // 20 pixels a decade: every 2nd decade, as powers
+    EXPECT_TRUE(t.power_labels);
+    EXPECT_EQ(labels(t).front(), "\u221212");
+    EXPECT_EQ(t.value[1] - t.value[0], 2.0);
+    EXPECT_EQ(t.minor_count, 0);
+    log_ticks(std::log10(2.0), std::log10(8.0), 400, 50, t);  // under a decade: linear numbers
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"2", "4", "6", "8"}));
+    EXPECT_DOUBLE_EQ(t.value[0], std::log10(2.0));
+}
+
+}  // namespace
+}  // namespace tl
