@@ -3,7 +3,13 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdint>
 #include <cstring>
+
+#include "lang/civil_calendar.h"
+#include "lang/datetime_state.h"
+#include "lang/datetime_text.h"
+#include "lang/datetime_value.h"
 
 namespace tl {
 namespace {
@@ -129,6 +135,96 @@ void log_ticks(double lo, double hi, double length, double spacing, AxisTicks& o
                 if (v >= lo && v <= hi) out.minor[out.minor_count++] = v;
             }
         }
+    }
+}
+
+}  // namespace tl
+
+// ---------------------------------------------------------------------------
+// Datetime axes
+
+namespace tl {
+namespace {
+
+constexpr double day_seconds = 86400.0;
+constexpr double year_seconds = 365.2425 * day_seconds;
+
+/// The value of a local date at midnight in the zone in force.
+bool local_midnight(std::int64_t year, int month, int day, double& out) {
+    const double fields[6] = {static_cast<double>(year), static_cast<double>(month), static_cast<double>(day), 0, 0, 0};
+    return make_datetime_value(fields, current_zone(), out) < 0;
+}
+
+void add_datetime_tick(AxisTicks& out, double v, double lo, double hi, double step) {
+    if (v < lo || v > hi || out.count >= max_axis_ticks) return;
+    out.value[out.count] = v;
+    datetime_axis_text(v, step, out.label[out.count], tick_label_size);
+    ++out.count;
+}
+
+}  // namespace
+
+void datetime_ticks(double lo, double hi, double length, double spacing, AxisTicks& out) {
+    out.count = 0;
+    out.minor_count = 0;
+    out.power_labels = false;
+    if (!(hi > lo) || !(length > 0.0)) return;
+    if (!is_datetime_value(lo) || !is_datetime_value(hi)) {
+        linear_ticks(lo, hi, length, spacing, out);
+        return;
+    }
+    const double raw = (hi - lo) * spacing / length;
+    if (raw < 1.0) {
+        const double step = nice_step(raw);
+        if (std::fabs(lo) / step > 1e15) return;
+        for (double k = std::ceil(lo / step - 1e-9); k * step <= hi + step * 1e-9 && out.count < max_axis_ticks; ++k)
+            add_datetime_tick(out, k * step, lo - step * 1e-9, hi + step * 1e-9, step);
+        return;
+    }
+    constexpr double clock_steps[] = {1, 2, 5, 10, 15, 30, 60, 120, 300, 600, 900, 1800, 3600, 7200, 10800, 21600, 43200};
+    for (double step : clock_steps) {
+        if (step < raw) continue;
+        // Multiples of the step on the local clock (the offset at the start).
+        const double offset = split_datetime(lo, current_zone()).offset;
+        for (double t = std::ceil((lo + offset) / step) * step - offset; t <= hi && out.count < max_axis_ticks; t += step)
+            add_datetime_tick(out, t, lo, hi, step);
+        return;
+    }
+    const LocalFields start = split_datetime(lo, current_zone());
+    const std::int64_t first_day = days_from_civil(start.date.year, start.date.month, start.date.day);
+    for (int days : {1, 2, 7}) {
+        if (days * day_seconds < raw) continue;
+        // Weeks start on Mondays; other steps count from 1970-01-01.
+        const std::int64_t anchor = days == 7 ? 4 : 0;
+        std::int64_t z = first_day - floor_mod(first_day - anchor, days);
+        for (; out.count < max_axis_ticks; z += days) {
+            const CivilDate d = civil_from_days(z);
+            double v = 0.0;
+            if (!local_midnight(d.year, d.month, d.day, v)) return;
+            if (v > hi) return;
+            add_datetime_tick(out, v, lo, hi, days * day_seconds);
+        }
+        return;
+    }
+    for (int months : {1, 2, 3, 6}) {
+        if (months * 30.44 * day_seconds < raw) continue;
+        std::int64_t m = start.date.year * 12 + (start.date.month - 1);
+        m -= floor_mod(m, months);
+        for (; out.count < max_axis_ticks; m += months) {
+            double v = 0.0;
+            if (!local_midnight(floor_div(m, 12), static_cast<int>(floor_mod(m, 12)) + 1, 1, v)) return;
+            if (v > hi) return;
+            add_datetime_tick(out, v, lo, hi, 31 * day_seconds);
+        }
+        return;
+    }
+    const double years = std::max(1.0, nice_step(raw / year_seconds));
+    if (std::fabs(static_cast<double>(start.date.year)) / years > 1e15) return;
+    for (double y = std::floor(static_cast<double>(start.date.year) / years) * years; out.count < max_axis_ticks; y += years) {
+        double v = 0.0;
+        if (!local_midnight(static_cast<std::int64_t>(y), 1, 1, v)) return;
+        if (v > hi) return;
+        add_datetime_tick(out, v, lo, hi, 366 * day_seconds);
     }
 }
 

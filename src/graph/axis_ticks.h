@@ -14,7 +14,7 @@ namespace tl {
 
 inline constexpr int max_axis_ticks = 64;
 inline constexpr int max_minor_ticks = 512;
-inline constexpr int tick_label_size = 40;
+inline constexpr int tick_label_size = 64;
 
 struct AxisTicks {
     int count = 0;
@@ -33,6 +33,14 @@ void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks
 
 /// Ticks of a log axis showing the decades lo..hi over `length` pixels.
 void log_ticks(double lo, double hi, double length, double spacing, AxisTicks& out);
+
+/// Ticks of a datetime axis (values in seconds since 1970 UTC) showing lo..hi:
+/// calendar steps from fractions of a second through seconds, minutes,
+/// hours, days, weeks and months to years, placed on the local clock and
+/// calendar of the zone in force and labelled with what changes from tick to
+/// tick. Outside the range of date-time values the axis is numbered as a
+/// linear one.
+void datetime_ticks(double lo, double hi, double length, double spacing, AxisTicks& out);
 
 /// The text of `value` on an axis whose numbers step by `step` and reach
 /// `largest` in magnitude.

@@ -16,17 +16,19 @@ struct AxisLayout {
 };
 
 /// The range an automatic axis shows: the data, 0 when asked for, never empty.
-void range_to_show(bool horizontal, bool include_zero, bool log, AxisLayout& a) {
+void range_to_show(bool horizontal, bool include_zero, int type, AxisLayout& a) {
+    const bool log = type == scale_log;
     if (!data_range(horizontal, a.lo, a.hi)) {
         a.lo = 0.0;
-        a.hi = 1.0;
+        a.hi = type == scale_datetime ? 86400.0 : 1.0;  // a datetime axis: the first day of 1970
     }
-    if (include_zero && !log) {
+    // Zero is no axis of logarithms, nor of dates.
+    if (include_zero && type == scale_linear) {
         a.lo = std::min(a.lo, 0.0);
         a.hi = std::max(a.hi, 0.0);
     }
     if (!(a.hi > a.lo)) {
-        const double d = log ? 0.5 : (a.lo == 0.0 ? 1.0 : std::fabs(a.lo) * 0.05);
+        const double d = log ? 0.5 : type == scale_datetime ? 3600.0 : (a.lo == 0.0 ? 1.0 : std::fabs(a.lo) * 0.05);
         a.lo -= d;
         a.hi += d;
     }
@@ -102,8 +104,9 @@ int layout_graph(double ppi_x, double ppi_y, const LayoutRoom& room) {
     const double w_in = f.area_width / ppi_x;
     const double h_in = f.area_height / ppi_y;
     AxisLayout h, v;
-    range_to_show(true, s.includeyaxis != 0, s.hlog != 0, h);
-    range_to_show(false, s.includexaxis != 0, s.vlog != 0, v);
+    const auto type = [](int log, int datetime) { return log != 0 ? scale_log : datetime != 0 ? scale_datetime : scale_linear; };
+    range_to_show(true, s.includeyaxis != 0, type(s.hlog, s.hdatetime), h);
+    range_to_show(false, s.includexaxis != 0, type(s.vlog, s.vdatetime), v);
     fit_axis(h, s.hscale, s.hoffset, w_in, s.clearance);
     fit_axis(v, s.vscale, s.voffset, h_in, s.clearance);
     if (s.equalscales != 0 && s.hlog == 0 && s.vlog == 0) {

@@ -81,6 +81,15 @@ void make_ticks(Frame& fr) {
     const double hspace = 0.75 * fr.ppi_x;
     if (s.hlog != 0) {
         log_ticks(lo, hi, f.area_width, hspace, fr.hticks);
+    } else if (s.hdatetime != 0) {
+        // Dates are wide: room for the widest kind of label.
+        const double wide = fr.metrics(fr.number_font).horizontalAdvance(QStringLiteral("2026-11-24 09:15:30")) * 1.25;
+        datetime_ticks(lo, hi, f.area_width, std::max(hspace, wide), fr.hticks);
+        const QFontMetricsF m = fr.metrics(fr.number_font);
+        double widest = 0.0;
+        for (int i = 0; i < fr.hticks.count; ++i)
+            widest = std::max(widest, m.horizontalAdvance(QString::fromUtf8(fr.hticks.label[i])));
+        if (fr.hticks.count > 0) datetime_ticks(lo, hi, f.area_width, std::max(hspace, widest * 1.3), fr.hticks);
     } else {
         linear_ticks(lo, hi, f.area_width, hspace, fr.hticks);
         // Long numbers need more room between them.
@@ -94,6 +103,8 @@ void make_ticks(Frame& fr) {
     const double vspace = 0.5 * fr.ppi_y;
     if (s.vlog != 0) {
         log_ticks(lo, hi, f.area_height, vspace, fr.vticks);
+    } else if (s.vdatetime != 0) {
+        datetime_ticks(lo, hi, f.area_height, vspace, fr.vticks);
     } else {
         linear_ticks(lo, hi, f.area_height, vspace, fr.vticks);
     }

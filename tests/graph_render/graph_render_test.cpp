@@ -152,6 +152,22 @@ TEST_F(GraphRender, LogAxesAndRotatedText) {
     EXPECT_GT(count_colour(QRect(map_to_pixel_x(100) - 40, map_to_pixel_y(5) - 40, 80, 80), QColor(200, 0, 0)), 20);
 }
 
+TEST_F(GraphRender, DatetimeAxisWithDateLabels) {
+    program({"settimezone \"UTC\"", "graph width = 6, height = 3, hscaletype = datetime, includexaxis = 0",
+             "plot color = (30, 120, 60), lineweight = 2", "t0 = makedatetime(2026, 11, 1)"});
+    for (int h = 0; h <= 24 * 20; h += 3) {
+        const std::string line = "plot x = t0 + " + std::to_string(h * 3600) + ", y = 12 + 6 * sin(" +
+                                 std::to_string(h) + " / 24 * 6.283) + " + std::to_string(h / 100.0);
+        ASSERT_EQ(type(line.c_str()), 0) << fe.output;
+    }
+    ASSERT_EQ(render("datetime"), 0);
+    // Day ticks: a date label under the area, and the series where it belongs.
+    const GraphSurface& f = graph.surface;
+    EXPECT_GT(count_colour(QRect(0, static_cast<int>(f.area_top + f.area_height) + 6, 600, 20), QColor(0, 0, 0)), 30);
+    const double t = 1793491200.0 + 5 * 86400;  // 2026-11-06 00:00 UTC
+    EXPECT_TRUE(near_colour(map_to_pixel_x(t), map_to_pixel_y(12 + 6 * std::sin(5 * 6.283) + 1.2), 2, QColor(30, 120, 60)));
+}
+
 TEST_F(GraphRender, ScaleTooSmallDrawsOnlyTheBackground) {
     program({"graph width = 4, height = 3, hscale = 1e307", "plot x = 1, y = 1"});
     ASSERT_EQ(render("too_small", 1e-300), -1);

@@ -70,3 +70,58 @@ TEST(AxisTicks, LogDecadesWithMinorTicks) {
 
 }  // namespace
 }  // namespace tl
+
+// Datetime axes read the zone in force, so they run in an interpreter set to UTC.
+#include "graph_test_support.h"
+#include "lang/civil_calendar.h"
+
+namespace tl::test {
+namespace {
+
+class DatetimeTicks : public GraphTest {
+protected:
+    void SetUp() override {
+        GraphTest::SetUp();
+        ASSERT_EQ(type("settimezone \"UTC\""), 0) << fe.output;
+    }
+    static double at(int y, int m, int d, int hh = 0, int mm = 0, double ss = 0) {
+        return static_cast<double>(days_from_civil(y, m, d)) * 86400 + hh * 3600 + mm * 60 + ss;
+    }
+};
+
+TEST_F(DatetimeTicks, CalendarStepsFromSecondsToYears) {
+    AxisTicks t;
+    datetime_ticks(at(2026, 11, 24, 9, 0, 3), at(2026, 11, 24, 9, 0, 12), 500, 100, t);  // 2 s apart
+    EXPECT_EQ(labels(t).front(), "2026-11-24 09:00:04");
+    EXPECT_EQ(t.value[1] - t.value[0], 2.0);
+    datetime_ticks(at(2026, 11, 24, 9, 7), at(2026, 11, 24, 11, 0), 400, 100, t);  // 30 min apart
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"2026-11-24 09:30", "2026-11-24 10:00", "2026-11-24 10:30",
+                                                   "2026-11-24 11:00"}));
+    datetime_ticks(at(2026, 11, 20, 5), at(2026, 12, 20), 600, 100, t);  // weeks, on Mondays
+    EXPECT_EQ(labels(t).front(), "2026-11-23");
+    EXPECT_EQ(weekday_from_days(static_cast<std::int64_t>(t.value[0] / 86400)), 1);
+    EXPECT_EQ(t.value[1] - t.value[0], 7 * 86400.0);
+    datetime_ticks(at(2025, 12, 15), at(2026, 12, 15), 600, 100, t);  // months, of their own lengths
+    EXPECT_EQ(labels(t).front(), "2026-01");
+    EXPECT_EQ(labels(t)[1], "2026-03");
+    EXPECT_EQ(t.value[1] - t.value[0], 59 * 86400.0);
+    datetime_ticks(at(1900, 6, 1), at(2030, 1, 1), 600, 80, t);  // years
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"1920", "1940", "1960", "1980", "2000", "2020"}));
+    datetime_ticks(0.25, 1.5, 500, 100, t);  // under a second: the time with decimals
+    EXPECT_EQ(labels(t).front(), "00:00:00.5");
+    datetime_ticks(-1e18, 1e18, 500, 100, t);  // past the dates: plain numbers
+    EXPECT_GT(t.count, 0);
+    EXPECT_EQ(labels(t).front().find('-'), std::string::npos);
+}
+
+TEST_F(DatetimeTicks, TicksFollowTheLocalClock) {
+    ASSERT_EQ(type("settimezone \"Asia/Kolkata\""), 0) << fe.output;  // UTC+5:30
+    AxisTicks t;
+    datetime_ticks(at(2026, 1, 1, 0, 0), at(2026, 1, 1, 12, 0), 400, 100, t);  // 3-hour steps
+    ASSERT_GT(t.count, 1);
+    EXPECT_EQ(std::string(t.label[0]).substr(11), "06:00");
+    EXPECT_EQ(t.value[0], at(2026, 1, 1, 0, 30));
+}
+
+}  // namespace
+}  // namespace tl::test
