@@ -1,7 +1,9 @@
 // The painter drawing offscreen: pixels probed where the mapping says things are.
 //
 // TESSALINE_RENDER_DIR=folder keeps every image drawn, as NAME.png.
-#include <QGuiApplication>
+#include <QApplication>
+#include <QMenuBar>
+#include <QWheelEvent>
 #include <QImage>
 #include <QPainter>
 #include <cmath>
@@ -12,7 +14,9 @@
 #include "graph/graph_mapping.h"
 #include "graph/graph_statements.h"
 #include "graph_test_support.h"
+#include "lang/lang_state.h"
 #include "gui/graph_painter.h"
+#include "gui/graph_window_widget.h"
 
 namespace tl::test {
 namespace {
@@ -224,12 +228,91 @@ TEST_F(GraphRender, ScreenReductionDrawsTheSamePicture) {
     EXPECT_LT(differing, full.width() * full.height() * 3 / 100);
 }
 
+/// The window itself, offscreen: opened and closed by GRAPH, menu marks,
+/// wheel, drag and closing by the user.
+class GraphWindowTest : public GraphTest {
+protected:
+    gui::QtGraphWindow qt_window{true};
+    void SetUp() override {
+        GraphTest::SetUp();
+        host.graph_window = &qt_window;
+    }
+    void TearDown() override {
+        host.graph_window = nullptr;
+        GraphTest::TearDown();
+    }
+    static void settle() {
+        for (int i = 0; i < 5; ++i) QApplication::processEvents();
+    }
+};
+
+TEST_F(GraphWindowTest, OpensDrawsZoomsMovesAndCloses) {
+    ASSERT_EQ(type("graph width = 4, height = 3, nogrid"), 0) << fe.output;
+    gui::GraphFrame* frame = qt_window.frame();
+    ASSERT_NE(frame, nullptr);
+    EXPECT_EQ(frame->windowTitle(), "Tessaline Graph");
+    EXPECT_TRUE(frame->isVisible());
+    ASSERT_EQ(type("plot color = (200, 0, 0), lineweight = 4"), 0);
+    ASSERT_EQ(type("plot x = 0, y = 0"), 0);
+    ASSERT_EQ(type("plot x = 10, y = 10"), 0);
+    settle();
+    gui::GraphCanvas* canvas = frame->canvas();
+    const QImage shot = canvas->grab().toImage();
+    ASSERT_TRUE(graph.surface.valid);
+    const QPointF o = canvas->origin();
+    const double r = shot.devicePixelRatio();
+    const QColor c = shot.pixelColor(static_cast<int>((o.x() + map_to_pixel_x(5)) * r),
+                                     static_cast<int>((o.y() + map_to_pixel_y(5)) * r));
+    EXPECT_GT(c.red(), 150);
+    EXPECT_LT(c.green(), 80);
+
+    // The View menu's marks follow GRAPH.
+    QAction* no_grid = nullptr;
+    for (QAction* a : frame->menuBar()->actions()[2]->menu()->actions())
+        if (a->text() == "No g&rid") no_grid = a;
+    ASSERT_NE(no_grid, nullptr);
+    EXPECT_TRUE(no_grid->isChecked());
+    ASSERT_EQ(type("graph grid"), 0);
+    EXPECT_FALSE(no_grid->isChecked());
+
+    // The wheel zooms in about the centre; a drag moves.
+    const double scale = graph.settings.hscale_calculated;
+    const QPointF centre(canvas->width() / 2.0, canvas->height() / 2.0);
+    QWheelEvent wheel(centre, canvas->mapToGlobal(centre), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(canvas, &wheel);
+    EXPECT_NEAR(graph.settings.hscale, scale / 1.1, scale * 1e-12);
+    settle();
+    const double offset = graph.settings.hoffset_calculated;
+    QMouseEvent press(QEvent::MouseButtonPress, centre, canvas->mapToGlobal(centre), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(canvas, &press);
+    const QPointF to = centre + QPointF(30, 0);
+    QMouseEvent move(QEvent::MouseMove, to, canvas->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(canvas, &move);
+    QMouseEvent release(QEvent::MouseButtonRelease, to, canvas->mapToGlobal(to), Qt::LeftButton, Qt::NoButton,
+                        Qt::ShiftModifier);
+    QApplication::sendEvent(canvas, &release);
+    EXPECT_NEAR(graph.settings.hoffset, offset + 30 / graph.surface.ppdu_x, 1e-9);
+    EXPECT_EQ(lang.predefined[pre_keystate].number, 1.0);
+
+    // Closing the window ends the graph.
+    frame->close();
+    settle();
+    EXPECT_FALSE(graph.open);
+    EXPECT_EQ(graph.settings.hscale, 0.0);
+    ASSERT_EQ(type("graph"), 0);
+    ASSERT_EQ(type("graph end"), 0);
+    settle();
+    EXPECT_EQ(qt_window.frame(), nullptr);
+}
+
 }  // namespace
 }  // namespace tl::test
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
+    QApplication app(argc, argv);
     return RUN_ALL_TESTS();
 }
