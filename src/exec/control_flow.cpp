@@ -468,6 +468,10 @@ int do_for() {
                     break;
                 }
                 long_normalise(sum, normalise_round);
+                if (int r = long_check_exponent(sum, true); r < 0) {
+                    result = r;
+                    break;
+                }
                 long_copy(sum, *v);
             } else {
                 *double_slot() += step;

@@ -106,12 +106,6 @@ struct ExecState {
     /// The text of a string RETURN value, and a long one.
     char return_text[256] = {};
     LongNumber return_long;
-    /// Text of a long number being printed (grown as needed, then reused).
-    std::vector<char> long_text;
-    /// Text of a LONG operation's result, and of an operand read from a
-    /// string array (both grown as needed, then reused).
-    std::vector<char> long_result_text;
-    std::vector<char> long_operand_text;
     /// The SORT in progress.
     SortContext sort;
     /// READ position in the Data Statement Table: the entry, and the offset

@@ -5,6 +5,7 @@
 //   LONG a, b, c(100)            declares LONGMATH variables and arrays
 //   LONG r$, sqr, 2              runs a named operation; the first item is the
 //                                string variable or string array for the result
+#include "exec/long_text_buffers.h"
 #include "exec/longmath_statement.h"
 
 #include <cmath>
@@ -218,9 +219,9 @@ bool floating_only(int op) {
 }
 
 /// The text of a string array from its first element on, up to the first
-/// empty element, into exec.long_operand_text (NUL-terminated).
+/// empty element, into long_text_buffers.operand (NUL-terminated).
 int array_text(const ArrayEntry& a, int column, std::string_view& out) {
-    std::vector<char>& text = exec.long_operand_text;
+    std::vector<char>& text = long_text_buffers.operand;
     std::size_t length = 0;
     const std::size_t count = a.element_count();
     for (std::size_t i = 0; i < count; ++i) {
@@ -291,18 +292,9 @@ int scan_destination(Item& dest, int not_a_destination) {
     return k;
 }
 
-/// The plain text of `n` into exec.long_result_text.
+/// The plain text of `n` into long_text_buffers.result.
 int long_text_of(const LongNumber& n, std::string_view& out) {
-    const LongMode& mode = long_state.mode;
-    const std::size_t size = mode.integer_mode
-                                 ? static_cast<std::size_t>(std::max(n.len, n.exp > 0 ? n.exp : 0)) + 3
-                                 : static_cast<std::size_t>(mode.precision) + 12;
-    std::vector<char>& text = exec.long_result_text;
-    if (text.size() < size) text.resize(size);
-    const int length = long_to_string(n, text.data(), size, true);
-    if (length < 0) return length;
-    out = std::string_view(text.data(), static_cast<std::size_t>(length));
-    return 0;
+    return long_plain_text(n, long_text_buffers.result, out);
 }
 
 /// Runs operation `op` on the operands into `r`.
@@ -356,7 +348,8 @@ int compute(int op, LongNumber* const* operands, LongNumber& r, int column) {
     }
     if (rc < 0) return rc;
     if (mode.integer_mode && r.len > max_long_digits) return error_at_column(err_invalid_long_number_length, column);
-    return 0;
+    lang.reporter.error_column = column;
+    return long_check_exponent(r, true);
 }
 
 int long_operation_body() {

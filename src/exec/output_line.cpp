@@ -55,10 +55,38 @@ int write_out(const PrintSession& s) {
     return 0;
 }
 
-/// Appends `text` to the line and advances the column. A full buffer is
-/// written out on the way, except a RANDOM record, which cannot grow.
+/// The columns `text` takes: one per character. A UTF-8 sequence (such as the
+/// micro sign of the "eng" format) is one character; a byte that is not part
+/// of a well-formed sequence counts as one of its own.
+std::uint32_t text_columns(std::string_view text) {
+    std::uint32_t columns = 0;
+    std::size_t i = 0;
+    while (i < text.size()) {
+        const auto lead = static_cast<unsigned char>(text[i]);
+        const std::size_t follow = lead >= 0xC2 && lead <= 0xDF ? 1 : lead >= 0xE0 && lead <= 0xEF ? 2
+                                   : lead >= 0xF0 && lead <= 0xF4                                 ? 3
+                                                                                                  : 0;
+        std::size_t k = 1;
+        while (k <= follow && i + k < text.size() && (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80) ++k;
+        i += k == follow + 1 ? k : 1;
+        ++columns;
+    }
+    return columns;
+}
+
+/// The columns `text` takes on the line of `f`: characters, except in a
+/// RANDOM or SERIAL record, whose length counts bytes.
+std::uint32_t columns_on(const FileEntry& f, std::string_view text) {
+    if (f.mode == file_mode_random || f.mode == file_mode_serial) return static_cast<std::uint32_t>(text.size());
+    return text_columns(text);
+}
+
+/// Appends `text` to the line and advances the column by its characters. A
+/// full buffer is written out on the way, except a RANDOM record, which
+/// cannot grow.
 int put_text(const PrintSession& s, std::string_view text) {
     FileEntry& f = entry_of(s);
+    f.column += columns_on(f, text);
     while (!text.empty()) {
         std::size_t room = line_buffer_size - 1 - f.write_index;
         if (room == 0) {
@@ -70,7 +98,6 @@ int put_text(const PrintSession& s, std::string_view text) {
         std::memcpy(f.line + f.write_index, text.data(), n);
         f.write_index += static_cast<std::uint32_t>(n);
         f.line[f.write_index] = 0;
-        f.column += static_cast<std::uint32_t>(n);
         text.remove_prefix(n);
     }
     return 0;
@@ -117,9 +144,10 @@ std::string_view write_escape(char c) {
     }
 }
 
-std::size_t quoted_length(std::string_view text) {
-    std::size_t n = 2;
-    for (char c : text) n += write_escape(c).empty() ? 1 : 2;
+/// Columns of a quoted string: its characters, the quotes and the escapes.
+std::size_t quoted_length(const FileEntry& f, std::string_view text) {
+    std::size_t n = 2 + columns_on(f, text);
+    for (char c : text) n += write_escape(c).empty() ? 0 : 1;
     return n;
 }
 
@@ -255,7 +283,7 @@ int write_print_item(PrintSession& s, std::uint32_t kind, double number, std::st
             while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
         }
     }
-    const std::size_t length = quoted ? quoted_length(text) : text.size();
+    const std::size_t length = quoted ? quoted_length(f, text) : columns_on(f, text);
     const bool to_record = f.mode == file_mode_random || f.mode == file_mode_serial;
 
     if (s.write_mode && is_long && length > f.width && !to_record) return put_long_in_pieces(s, text);

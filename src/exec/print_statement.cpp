@@ -5,6 +5,7 @@
 
 #include "exec/commands.h"
 #include "exec/exec_state.h"
+#include "exec/long_text_buffers.h"
 #include "exec/output_line.h"
 #include "exec/statements.h"
 #include "lang/error_reporter.h"
@@ -45,6 +46,35 @@ bool next_word_is(const char* word, bool paren) {
     return true;
 }
 
+/// True for a character that can start an item but not an operator.
+bool starts_item(char c) { return is_name_char(c) || c == '"' || c == '.'; }
+
+/// Where a USING format that is a single string constant or variable name is
+/// followed directly by another item (the separator forgotten); null when it
+/// is not. Reads the text only: nothing is evaluated twice.
+const char* item_after_single_format() {
+    const char* p = lang.scan.position;
+    const char* const end = lang.scan.end;
+    while (p < end && (*p == ' ' || *p == '\t')) ++p;
+    if (p >= end) return nullptr;
+    if (*p == '"') {
+        for (++p; p < end && *p != '"'; ++p) {
+            if (*p == '\\' && p + 1 < end) ++p;
+        }
+        if (p >= end) return nullptr;
+        ++p;
+    } else if ((*p >= 'a' && *p <= 'z') || (*p >= 'A' && *p <= 'Z')) {
+        while (p < end && is_name_char(*p)) ++p;
+    } else {
+        return nullptr;
+    }
+    while (p < end && (*p == ' ' || *p == '\t')) ++p;
+    // A name followed by "(" is a call or an element, and one followed by
+    // an operator an expression: the evaluator reads those.
+    if (p >= end || !starts_item(*p)) return nullptr;
+    return p;
+}
+
 /// Digits of a number text before any exponent.
 int numeric_text_digits(const char* text) {
     int n = 0;
@@ -52,13 +82,13 @@ int numeric_text_digits(const char* text) {
     return n;
 }
 
-/// Text of the long work register for PRINT (plain, or formatted under USING).
-int long_text(const PrintSession& s, std::vector<char>& buffer, std::string_view& out) {
-    const LongNumber& n = long_state.work;
-    const std::size_t need = static_cast<std::size_t>(n.len) + static_cast<std::size_t>(n.exp > 0 ? n.exp : -n.exp) + 64;
-    if (buffer.size() < need) buffer.resize(need);
-    const int length = s.using_format ? long_format(n, s.format, buffer.data(), buffer.size(), true)
-                                      : long_to_string(n, buffer.data(), buffer.size(), true);
+/// Text of the long number `n` for PRINT (plain, or formatted under USING),
+/// in a buffer sized from that text.
+int long_text(const PrintSession& s, const LongNumber& n, std::string_view& out) {
+    std::vector<char>& buffer = long_text_buffers.print;
+    if (!s.using_format) return long_plain_text(n, buffer, out);
+    if (int rc = reserve_text_buffer(buffer, long_format_size); rc < 0) return rc;
+    const int length = long_format(n, s.format, buffer.data(), buffer.size(), true);
     if (length < 0) return length;
     out = std::string_view(buffer.data(), static_cast<std::size_t>(length));
     return 0;
@@ -67,6 +97,10 @@ int long_text(const PrintSession& s, std::vector<char>& buffer, std::string_view
 int print_items(PrintSession& s) {
     const bool skip = exec.skip;
     if (next_word_is("using", false)) {
+        if (const char* next = item_after_single_format(); next != nullptr) {
+            lang.scan.position = next;
+            return error_at_column(err_format_string_followed_by_semicolon, scan_column());
+        }
         const int column = scan_column();
         const int kind = evaluate_expression(scan_separators);
         if (kind < 0) return kind;
@@ -119,7 +153,7 @@ int print_items(PrintSession& s) {
                         number = std::strtod(lang.scan.buffer, nullptr);
                         write_kind = kind_double;
                     } else if (long_from_text(lang.scan.buffer, long_state.work, true) >= 0) {
-                        if (int rc = long_text(s, exec.long_text, text); rc < 0) return rc;
+                        if (int rc = long_text(s, long_state.work, text); rc < 0) return rc;
                         write_kind = kind_long;
                     } else {
                         return -1;
@@ -131,7 +165,7 @@ int print_items(PrintSession& s) {
             case kind_string: text = lang.scan.buffer; break;
             case kind_long:
                 if (!skip) {
-                    if (int rc = long_text(s, exec.long_text, text); rc < 0) return rc;
+                    if (int rc = long_text(s, long_state.work, text); rc < 0) return rc;
                 }
                 break;
             default: return error_at_column(err_invalid_type, s.item_column);
@@ -164,6 +198,7 @@ int do_print(bool write_mode) {
     lang.scan.in_print = true;
     const int rc = print_items(s);
     lang.scan.in_print = false;
+    trim_text_buffer(long_text_buffers.print);
     return rc;
 }
 

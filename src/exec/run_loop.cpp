@@ -3,6 +3,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <new>
+#include <stdexcept>
 
 #include "exec/arrays.h"
 #include "exec/commands.h"
@@ -445,21 +447,10 @@ int error_at_column(int number, int column) {
     return report_error(number);
 }
 
-int execute_statement() {
-    ScanState& s = lang.scan;
-    if (int rc = housekeeping(); rc < 0) return rc;
-    if (exec.program_ended) {
-        s.position = s.end;
-        return 1;
-    }
-    if (exec.trace && !exec.skip && !host.flags.step_mode.load()) {
-        console_write("\n");
-        show_statement();
-    }
-    const std::uint32_t string_mark = temp_string_mark();
-    const std::uint32_t long_mark = temp_long_mark();
-    lang.scan.skipping = exec.skip;
+namespace {
 
+/// Runs the statement at the scan position; returns what its handler returned.
+int dispatch_statement() {
     int result = 0;
     Item item;
     const int kind = scan_statement_head(item);
@@ -494,6 +485,43 @@ int execute_statement() {
                 result = error_at_column(err_invalid_statement, item.column);
             }
             break;
+    }
+    return result;
+}
+
+/// The statement could not get memory: reported, and the flags a statement
+/// holds while it runs are dropped.
+int memory_failed() {
+    lang.scan.in_print = false;
+    return report_error(err_long_memory_allocation_failed);
+}
+
+}  // namespace
+
+int execute_statement() {
+    ScanState& s = lang.scan;
+    if (int rc = housekeeping(); rc < 0) return rc;
+    if (exec.program_ended) {
+        s.position = s.end;
+        return 1;
+    }
+    if (exec.trace && !exec.skip && !host.flags.step_mode.load()) {
+        console_write("\n");
+        show_statement();
+    }
+    const std::uint32_t string_mark = temp_string_mark();
+    const std::uint32_t long_mark = temp_long_mark();
+    lang.scan.skipping = exec.skip;
+
+    // Memory that cannot be had, wherever it was asked for, ends the
+    // statement with a message; the interpreter stays usable.
+    int result = 0;
+    try {
+        result = dispatch_statement();
+    } catch (const std::bad_alloc&) {
+        result = memory_failed();
+    } catch (const std::length_error&) {
+        result = memory_failed();
     }
     release_temp_strings(string_mark);
     release_temp_longs(long_mark);

@@ -8,6 +8,7 @@
 #include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
+#include "exec/long_text_buffers.h"
 #include "exec/memory_areas.h"
 #include "exec/statement_targets.h"
 #include "exec/statements.h"
@@ -52,14 +53,13 @@ void show_text(const char* name, const char* text) {
 }
 
 int show_long(const char* name, const LongNumber& n) {
-    std::vector<char>& buffer = exec.long_text;
-    const std::size_t need = static_cast<std::size_t>(n.len) + static_cast<std::size_t>(n.exp > 0 ? n.exp : -n.exp) + 64;
-    if (buffer.size() < need) buffer.resize(need);
-    const int length = long_to_string(n, buffer.data(), buffer.size(), true);
-    if (length < 0) return length;
+    std::string_view text;
+    const int rc = long_plain_text(n, long_text_buffers.print, text);
+    if (rc < 0) return rc;
     console_print("%s:  (long) ", name);
-    console_write(std::string_view(buffer.data(), static_cast<std::size_t>(length)));
+    console_write(text);
     console_write("\n");
+    trim_text_buffer(long_text_buffers.print);
     return 0;
 }
 

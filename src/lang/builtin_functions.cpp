@@ -184,7 +184,12 @@ int do_function(int slot, Item* params, int count, bool has_list) {
     // errors from stale values, no effects such as random draws or input).
     if (lang.scan.skipping) return dummy_result(dummy_kind);
     if (f.handler == nullptr) return report_error(err_invalid_function_call);
-    return f.handler(params, count);
+    const int kind = f.handler(params, count);
+    // No function gives a long number outside the exponent range.
+    if (kind == kind_long) {
+        if (int rc = long_check_exponent(long_state.work, true); rc < 0) return rc;
+    }
+    return kind;
 }
 
 int do_special_function(int slot) {

@@ -17,6 +17,7 @@
 #include <cstring>
 
 #include "exec/exec_state.h"
+#include "exec/long_text_buffers.h"
 #include "exec/memory_areas.h"
 #include "exec/string_space.h"
 #include "lang/builtin_support.h"
@@ -281,7 +282,7 @@ int fn_hexconvert_handler(Item* p, int) {
     std::string_view text;
     switch (x.kind) {
         case kind_string: text = item_text(x); break;
-        case kind_string_array: array_hex_text(x, exec.long_operand_text, text); break;
+        case kind_string_array: array_hex_text(x, long_text_buffers.operand, text); break;
         case kind_double:
         case kind_numeric_text:
         case kind_long: {

@@ -69,7 +69,14 @@ int long_operation(ItemTable& t, int op_index, Op op) {
     const std::int64_t ref = new_temp_long();
     if (ref < 0) return static_cast<int>(ref);
     LongNumber& result = long_at(static_cast<std::uint32_t>(ref));
-    const int r = op(long_at(left.word), long_at(right.word), result);
+    // Passing over a statement needs no value, and raises no value errors.
+    int r = 0;
+    if (lang.scan.skipping) {
+        long_set_zero(result);
+    } else {
+        r = op(long_at(left.word), long_at(right.word), result);
+        if (r >= 0) r = long_check_exponent(result, true);
+    }
     if (r < 0) {
         release_temp_longs(mark);
         return r;

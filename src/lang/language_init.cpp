@@ -6,6 +6,7 @@
 
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
+#include "exec/long_text_buffers.h"
 #include "exec/memory_areas.h"
 #include "graph/graph_state.h"
 #include "lang/datetime_state.h"
@@ -36,6 +37,7 @@ void reset_interpreter_state() {
     exec = ExecState{};
     graph = GraphState{};
     reset_datetime_state();
+    long_text_buffers = LongTextBuffers{};
     host.input_line.clear();
     host.flags.interrupt_requested = false;
     host.flags.step_requested = false;

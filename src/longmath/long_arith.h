@@ -5,13 +5,31 @@
 // stated. Add and subtract leave the result unnormalised.
 #pragma once
 
+#include <cstdint>
+
 #include "longmath/long_number.h"
 
 namespace tl {
 
+/// The decimal exponents a long number may have: |exp| <= this (values from
+/// 10^-1000000001 up to below 10^1000000000). The limit leaves room in 32
+/// bits for the sum or difference of two exponents and a few blocks.
+inline constexpr std::int32_t long_exponent_limit = 1000000000;
+
+/// 0 when the exponent of `n` (normalised) lies within the limit, else
+/// error 151 "Exponent out of range." (reported when `report`), negated.
+[[nodiscard]] int long_check_exponent(const LongNumber& n, bool report);
+
+/// The test before a product or quotient is formed from `exp`, the sum or
+/// difference of the operands' exponents (wider than 32 bits): normalising
+/// moves it by at most one, so only beyond the limit + 1 is the result surely
+/// out of range (the exact test follows on the normalised result).
+[[nodiscard]] int long_check_exponent_sum(std::int64_t exp, bool report);
+
 [[nodiscard]] int long_add(const LongNumber& a, const LongNumber& b, LongNumber& result);
 [[nodiscard]] int long_subtract(const LongNumber& a, const LongNumber& b, LongNumber& result);
 /// Rounded to the precision except in integer mode (the result is normalised).
+/// Multiply and divide give error 151 for a result outside the exponent range.
 [[nodiscard]] int long_multiply(const LongNumber& a, const LongNumber& b, LongNumber& result);
 /// The product as formed, before normalisation (the caller normalises).
 [[nodiscard]] int long_multiply_unnormalised(const LongNumber& a, const LongNumber& b, LongNumber& result);

@@ -44,9 +44,18 @@ void long_reserve(LongNumber& n, int digits);
 /// Converts to the nearest double (error 164 when too large).
 [[nodiscard]] int long_to_double(const LongNumber& n, double& out, bool report);
 
+/// The buffer size (with the NUL) that long_to_string needs for `n` under
+/// the current mode: the length of its text, not of its digits and exponent.
+[[nodiscard]] std::size_t long_text_size(const LongNumber& n);
+
 /// Plain text of `n` into `buffer` of `size` bytes; returns the length or
 /// -147 (reported when `report`).
 [[nodiscard]] int long_to_string(const LongNumber& n, char* buffer, std::size_t size, bool report);
+
+/// A buffer of this size holds every formatted text long_format writes: the
+/// field is below 256 characters, and the exponent form can pass it by the
+/// length of its suffix.
+inline constexpr std::size_t long_format_size = 288;
 
 /// Formatted text for a spec "w", "w.d", optionally followed by "C"/"c";
 /// returns the length or a negated error (73).

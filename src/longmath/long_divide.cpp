@@ -37,6 +37,11 @@ int divide_floating(LongNumber& dividend, LongNumber& divisor, LongNumber& quoti
         long_set_zero(quotient);
         return 0;
     }
+    // The quotient's exponent is the difference, or one more.
+    if (int rc = long_check_exponent_sum(static_cast<std::int64_t>(dividend.exp) - divisor.exp, true); rc < 0) {
+        long_set_zero(quotient);
+        return rc;
+    }
     const int Q = (mode.precision + 17) / 8;
     const int n = divisor.blks;
     const int rest_blocks = n + Q - 1;
@@ -190,6 +195,7 @@ int long_divide(LongNumber& dividend, LongNumber& divisor, LongNumber& quotient)
         rc = divide_floating(dividend, divisor, quotient);
     }
     if (rc == 0) long_timer_report("Div Calc. Time: ", start);
+    if (rc == 0) rc = long_check_exponent(quotient, true);
     return rc;
 }
 

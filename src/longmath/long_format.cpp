@@ -1,7 +1,8 @@
 // long_format.cpp — formatted output of a long number for a "w", "w.d" spec.
+#include <algorithm>
+#include <cassert>
 #include <cstdio>
 #include <cstring>
-#include <string>
 
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
@@ -59,6 +60,18 @@ void round_copy(const LongNumber& n, int digits, LongNumber& out) {
     mode.precision = saved;
 }
 
+/// Appends to a fixed buffer of long_format_size characters.
+struct FormatText {
+    char* data;
+    std::size_t length;
+    FormatText& operator+=(char c) {
+        assert(length + 1 < long_format_size);
+        data[length++] = c;
+        return *this;
+    }
+    std::size_t size() const { return length; }
+};
+
 char digit_at(const LongNumber& n, int position) {
     if (position < 0 || position >= n.len) return '0';
     char c;
@@ -78,12 +91,16 @@ int long_format(const LongNumber& n, std::string_view spec_text, char* buffer, s
     if (long_is_zero(n)) {
         long_set_zero(value);
     } else {
-        // A number below the last shown decimal becomes 0.
-        round_copy(n, decimals + n.exp, value);
+        // A number below the last shown decimal becomes 0; one with more
+        // integer digits than the field holds goes to the exponent form below.
+        const long digits = std::clamp(static_cast<long>(decimals) + n.exp, 0L, static_cast<long>(long_format_size));
+        round_copy(n, static_cast<int>(digits), value);
     }
     const bool negative = value.sgn == -1 && !long_is_zero(value);
 
-    std::string text;
+    // The text is at most the field plus an exponent suffix (long_format_size).
+    char text_buffer[long_format_size];
+    FormatText text{text_buffer, 0};
     text += negative ? '-' : ' ';
     const int integer_digits = value.exp > 0 ? value.exp : 0;
     const int separators = spec.separators && integer_digits > 0 ? (integer_digits - 1) / 3 : 0;
@@ -104,15 +121,15 @@ int long_format(const LongNumber& n, std::string_view spec_text, char* buffer, s
         text += '.';
         for (int k = 1; k < digits; ++k) text += digit_at(value, k);
         char suffix[16];
-        std::snprintf(suffix, sizeof suffix, "e%+d", value.exp - 1);
-        text += suffix;
+        std::snprintf(suffix, sizeof suffix, "e%+ld", static_cast<long>(value.exp) - 1);
+        for (const char* c = suffix; *c != 0; ++c) text += *c;
     }
 
     const std::size_t width = static_cast<std::size_t>(spec.width);
     const std::size_t pad = text.size() < width ? width - text.size() : 0;
     if (pad + text.size() + 1 > size) return fail(err_long_output_buffer_too_small, report);
     std::memset(buffer, ' ', pad);
-    std::memcpy(buffer + pad, text.data(), text.size());
+    std::memcpy(buffer + pad, text.data, text.size());
     buffer[pad + text.size()] = '\0';
     return static_cast<int>(pad + text.size());
 }

@@ -31,6 +31,11 @@ int multiply_into(const LongNumber& a, const LongNumber& b, LongNumber& result) 
         long_set_zero(result);
         return 0;
     }
+    // The product's exponent is the sum, or one less once normalised.
+    if (int rc = long_check_exponent_sum(static_cast<std::int64_t>(a.exp) + b.exp, true); rc < 0) {
+        long_set_zero(result);
+        return rc;
+    }
     const auto start = long_timer_start();
     const int na = a.blks;
     const int nb = b.blks;
@@ -95,7 +100,7 @@ int long_multiply(const LongNumber& a, const LongNumber& b, LongNumber& result) 
     const int rc = long_multiply_unnormalised(a, b, result);
     if (rc < 0) return rc;
     long_normalise(result, normalise_round);
-    return 0;
+    return long_check_exponent(result, true);
 }
 
 }  // namespace tl

@@ -2,6 +2,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "lang/error_reporter.h"
+#include "lang/error_table.h"
+#include "longmath/long_arith.h"
 #include "longmath/long_blocks.h"
 #include "longmath/long_convert.h"
 #include "longmath/long_state.h"
@@ -33,6 +36,18 @@ void long_copy(const LongNumber& src, LongNumber& dest) {
     dest.sgn = src.sgn;
     dest.exp = src.exp;
     dest.nrm = src.nrm;
+}
+
+int long_check_exponent(const LongNumber& n, bool report) {
+    if (n.exp >= -long_exponent_limit && n.exp <= long_exponent_limit) return 0;
+    if (n.blocks[0] == 0) return 0;
+    return report ? report_error(err_exponent_out_range) : -err_exponent_out_range;
+}
+
+int long_check_exponent_sum(std::int64_t exp, bool report) {
+    constexpr std::int64_t bound = static_cast<std::int64_t>(long_exponent_limit) + 1;
+    if (exp >= -bound && exp <= bound) return 0;
+    return report ? report_error(err_exponent_out_range) : -err_exponent_out_range;
 }
 
 void long_normalise(LongNumber& n, int round_flag) {

@@ -22,42 +22,37 @@ void long_write_digits(const LongNumber& n, int from, int count, char* out) {
     }
 }
 
-int long_to_string(const LongNumber& n, char* buffer, std::size_t size, bool report) {
+namespace {
+
+enum class Layout { zero, fraction_only, plain, exponent };
+
+/// How the plain text of `n` is laid out, and its length without the NUL.
+struct TextPlan {
+    Layout layout = Layout::zero;
+    char exponent_text[16] = "";
+    std::size_t length = 1;
+};
+
+TextPlan plan_text(const LongNumber& n) {
     const LongMode& mode = long_state.mode;
     const bool floating = !mode.integer_mode;
     const int digits = n.len;
     const int exp = n.exp;
-    auto too_small = [&]() { return report ? report_error(err_long_output_buffer_too_small) : -err_long_output_buffer_too_small; };
-
-    if (floating) {
-        if (static_cast<std::size_t>(digits) + 12 > size) return too_small();
-    } else {
-        const long integer_digits = exp > 0 ? exp : 1;
-        if (static_cast<std::size_t>(integer_digits) + 2 > size) return too_small();
-    }
-    if (n.blocks[0] == 0) {
-        if (size < 2) return too_small();
-        std::memcpy(buffer, "0", 2);
-        return 1;
-    }
-
-    // The layout: [-] integer digits, [. fraction] or exponent form.
-    enum class Layout { fraction_only, plain, exponent } layout;
+    TextPlan plan;
+    // An integer-mode number below 1 has no integer digits and shows as 0.
+    if (n.blocks[0] == 0 || (!floating && exp <= 0)) return plan;
     if (exp <= 0) {
-        layout = exp == 0 || -exp <= mode.precision - digits ? Layout::fraction_only : Layout::exponent;
+        plan.layout = exp == 0 || -static_cast<long>(exp) <= mode.precision - digits ? Layout::fraction_only
+                                                                                     : Layout::exponent;
     } else {
-        layout = floating && exp > mode.precision ? Layout::exponent : Layout::plain;
+        plan.layout = floating && exp > mode.precision ? Layout::exponent : Layout::plain;
     }
-    if (!floating && exp <= 0) {
-        // No integer digits: an integer-mode number below 1 shows as 0.
-        std::memcpy(buffer, "0", 2);
-        return 1;
-    }
-
-    char exponent_text[16] = "";
     std::size_t need = n.sgn == -1 ? 1 : 0;
-    switch (layout) {
-        case Layout::fraction_only: need += 1 + static_cast<std::size_t>(-exp) + static_cast<std::size_t>(digits); break;
+    switch (plan.layout) {
+        case Layout::zero: break;
+        case Layout::fraction_only:
+            need += 1 + static_cast<std::size_t>(-static_cast<long>(exp)) + static_cast<std::size_t>(digits);
+            break;
         case Layout::plain:
             if (exp >= digits) {
                 need += static_cast<std::size_t>(exp) + (floating ? 1 : 0);
@@ -66,10 +61,44 @@ int long_to_string(const LongNumber& n, char* buffer, std::size_t size, bool rep
             }
             break;
         case Layout::exponent:
-            std::snprintf(exponent_text, sizeof exponent_text, "e%+d", exp - 1);
-            need += static_cast<std::size_t>(digits) + 1 + std::strlen(exponent_text);
+            std::snprintf(plan.exponent_text, sizeof plan.exponent_text, "e%+ld", static_cast<long>(exp) - 1);
+            need += static_cast<std::size_t>(digits) + 1 + std::strlen(plan.exponent_text);
             break;
     }
+    plan.length = need;
+    return plan;
+}
+
+/// The buffer size long_to_string insists on before it looks at the layout.
+std::size_t minimum_size(const LongNumber& n) {
+    if (!long_state.mode.integer_mode) return static_cast<std::size_t>(n.len) + 12;
+    return static_cast<std::size_t>(n.exp > 0 ? n.exp : 1) + 2;
+}
+
+}  // namespace
+
+std::size_t long_text_size(const LongNumber& n) {
+    const std::size_t need = plan_text(n).length + 1;
+    const std::size_t minimum = minimum_size(n);
+    return need > minimum ? need : minimum;
+}
+
+int long_to_string(const LongNumber& n, char* buffer, std::size_t size, bool report) {
+    const bool floating = !long_state.mode.integer_mode;
+    const int digits = n.len;
+    const int exp = n.exp;
+    auto too_small = [&]() { return report ? report_error(err_long_output_buffer_too_small) : -err_long_output_buffer_too_small; };
+
+    if (minimum_size(n) > size) return too_small();
+    const TextPlan plan = plan_text(n);
+    if (plan.layout == Layout::zero) {
+        if (size < 2) return too_small();
+        std::memcpy(buffer, "0", 2);
+        return 1;
+    }
+    const std::size_t need = plan.length;
+    const Layout layout = plan.layout;
+    const char* const exponent_text = plan.exponent_text;
     if (need + 1 > size) return too_small();
 
     char* out = buffer;
@@ -99,6 +128,7 @@ int long_to_string(const LongNumber& n, char* buffer, std::size_t size, bool rep
                 }
             }
             break;
+        case Layout::zero: break;
         case Layout::exponent:
             long_write_digits(n, 0, 1, out++);
             *out++ = '.';

@@ -7,6 +7,7 @@
 
 #include "exec/commands.h"
 #include "exec/exec_state.h"
+#include "exec/long_text_buffers.h"
 #include "exec/memory_areas.h"
 #include "exec/program_store.h"
 #include "exec/run_loop.h"
@@ -246,13 +247,13 @@ TEST_F(RobustnessTest, ResetReturnsTheRunStateToItsStart) {
     exec.trace = true;
     exec.data_entry = 3;
     exec.program_file[0] = 'x';
-    exec.long_text.assign(100, 'z');
+    long_text_buffers.print.assign(100, 'z');
     reset_interpreter_state();
     EXPECT_EQ(exec.statement_budget, 0u);
     EXPECT_FALSE(exec.trace);
     EXPECT_EQ(exec.data_entry, 0u);
     EXPECT_EQ(exec.program_file[0], 0);
-    EXPECT_TRUE(exec.long_text.empty());
+    EXPECT_TRUE(long_text_buffers.print.empty());
     EXPECT_TRUE(exec.program_has_errors);
     host.front_end = &front;
     ASSERT_EQ(init_language_tables(sizes), 0);
