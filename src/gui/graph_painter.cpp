@@ -230,8 +230,15 @@ void draw_series(Frame& fr, int target, GraphPaintState& state) {
         if (s.smooth > 0.0 && state.path.size() > 2) {
             fr.p.drawPath(smooth_path(state.path, s.smooth / 10.0));
         } else {
+            // In short pieces: one long self-crossing outline costs the
+            // rasteriser far more than many short ones, and round caps join
+            // the pieces without a seam.
             static_assert(sizeof(PathPoint) == sizeof(QPointF));
-            fr.p.drawPolyline(reinterpret_cast<const QPointF*>(state.path.data()), static_cast<int>(state.path.size()));
+            const auto* points = reinterpret_cast<const QPointF*>(state.path.data());
+            const std::size_t n = state.path.size();
+            constexpr std::size_t piece = 8;
+            for (std::size_t i = 0; i + 1 < n; i += piece)
+                fr.p.drawPolyline(points + i, static_cast<int>(std::min(piece + 1, n - i)));
         }
     }
     fr.p.restore();

@@ -2,6 +2,8 @@
 //
 // TESSALINE_RENDER_DIR=folder keeps every image drawn, as NAME.png.
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QMenuBar>
 #include <QWheelEvent>
 #include <QImage>
@@ -170,6 +172,22 @@ TEST_F(GraphRender, DatetimeAxisWithDateLabels) {
     EXPECT_GT(count_colour(QRect(0, static_cast<int>(f.area_top + f.area_height) + 6, 600, 20), QColor(0, 0, 0)), 30);
     const double t = 1793491200.0 + 5 * 86400;  // 2026-11-06 00:00 UTC
     EXPECT_TRUE(near_colour(map_to_pixel_x(t), map_to_pixel_y(12 + 6 * std::sin(5 * 6.283) + 1.2), 2, QColor(30, 120, 60)));
+}
+
+TEST_F(GraphRender, TheExampleGraphsRunAndDraw) {
+    const QDir dir(QStringLiteral(TESSALINE_SOURCE_DIR "/examples/graphs"));
+    const QStringList programs = dir.entryList({QStringLiteral("*.bas")});
+    EXPECT_GE(programs.size(), 6);
+    for (const QString& name : programs) {
+        QFile file(dir.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+        fe.take();
+        ASSERT_EQ(run(file.readAll().toStdString()), 0) << name.toStdString() << "\n" << fe.output;
+        EXPECT_EQ(fe.output.find("ERROR"), std::string::npos) << fe.output;
+        ASSERT_EQ(render(name.chopped(4).toUtf8().constData()), 0) << name.toStdString();
+        EXPECT_GT(graph.element_count, 0);
+        ASSERT_EQ(type("graph end"), 0);
+    }
 }
 
 TEST_F(GraphRender, ScaleTooSmallDrawsOnlyTheBackground) {
