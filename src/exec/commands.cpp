@@ -111,6 +111,7 @@ int load_and_run(const char* file, bool load_only, bool keep_data) {
         copy_text(name, sizeof name, file);
         set_program_file(name);
     }
+    bool chained = false;
     for (;;) {
         if (!keep_data) clear_memory();
         if (file != nullptr) {
@@ -133,11 +134,13 @@ int load_and_run(const char* file, bool load_only, bool keep_data) {
         exec.chain_pending = false;
         const int rc = start_program(keep_data);
         if (!exec.chain_pending || rc < 0) {
-            if (exec.chain_pending && exec.program_messages) console_write("\n----- Program Terminated-------\n");
+            // The end of a sequence of chained programs is announced.
+            if (chained && exec.program_messages) console_write("\n----- Program Terminated-------\n");
             exec.chain_pending = false;
             return rc;
         }
         // CHAIN: the next program takes over.
+        chained = true;
         exec.chain_pending = false;
         keep_data = exec.chain_keep_data;
         set_program_file(exec.chain_file);
@@ -171,8 +174,8 @@ int do_command(int slot) {
             char name[261] = {};
             const int has_name = read_file_name(name);
             if (has_name < 0) return has_name;
-            if (slot == cmd_load && has_name == 0) return error_at_column(err_missing_file_name_load_append, 0);
             console_write(begin_banner);
+            if (slot == cmd_load && has_name == 0) return error_at_column(err_missing_file_name_load_append, 0);
             // The typed line is behind the program text; drop it before loading.
             const std::uint32_t command_at = exec.command_line_offset >= 7 ? exec.command_line_offset - 7 : 0;
             areas.program_length = command_at;

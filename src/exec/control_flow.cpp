@@ -22,6 +22,7 @@
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
 #include "lang/scan_caches.h"
+#include "lang/scan_names.h"
 #include "lang/scanner.h"
 #include "longmath/long_arith.h"
 #include "longmath/long_convert.h"
@@ -254,9 +255,16 @@ bool at_statement_end() {
 
 int do_if() {
     const int if_column = lang.scan.start - lang.scan.start;  // the IF keyword starts the statement
+    const std::uint32_t string_mark = temp_string_mark();
+    const std::uint32_t long_mark = temp_long_mark();
     const int kind = evaluate_expression(0);
-    if (kind <= 0) return error_at(err_invalid_expression_if, if_column);
+    if (kind < 0) return kind;  // reported where it failed
+    if (kind == 0) return error_at(err_invalid_expression_if, if_column);
     const bool condition = condition_value(kind);
+    // The rest of the line runs inside this statement (a GOSUB there may
+    // recurse deeply): the condition's temporaries are given back first.
+    release_temp_strings(string_mark);
+    release_temp_longs(long_mark);
     if (display_on() && !exec.skip) console_write(condition ? "IF Expression is TRUE\n" : "IF Expression is FALSE\n");
     const int next = peek_keyword();
     if (next != stmt_then && next != stmt_else && next != stmt_goto)
@@ -342,18 +350,31 @@ int do_for() {
 
     Item control;
     const int control_column = scan_column();
+    // The control variable must be a variable or an element: a predefined
+    // variable, a function or a value names no place to count in.
+    const char* const control_start = lang.scan.position;
+    Item probe;
+    const int named = get_item(probe, scan_name_only);
+    if (named < 0) return fail(named);
+    if (named != scan_name) return fail(error_at(err_for_control_not_numeric, control_column));
+    lang.scan.position = control_start;
+    lang.scan.value_ref = nullptr;
     const int k = get_item(control, 0);
     if (k < 0) return fail(k);
     if (k != kind_double && k != kind_long) return fail(error_at(err_for_control_not_numeric, control_column));
+    if (lang.scan.value_ref == nullptr && !exec.skip && !areas.scan_only)
+        return fail(error_at(err_for_control_not_numeric, control_column));
     const bool is_long = k == kind_long;
-    void* const target = lang.scan.value_ref;
-    ArrayEntry* const target_array = control.array;
+    void* target = lang.scan.value_ref;
+    ArrayEntry* target_array = control.array;
+    std::uint32_t bound_generation = areas.name_tables_generation;
     Item eq;
     const int eq_column = scan_column();
     if (get_item(eq, 0) != kind_comparison || eq.word != cmp_eq)
         return fail(error_at(err_expect_equal_sign, eq_column));
 
     // Initial value, limit and step, evaluated once.
+    const std::uint32_t string_mark = temp_string_mark();
     double start = 0, limit = 0, step = 1;
     std::int64_t start_ref = 0, limit_ref = 0, step_ref = 0;
     if (is_long) {
@@ -378,6 +399,9 @@ int do_for() {
     } else if (is_long) {
         if (long_from_text("1", long_at(static_cast<std::uint32_t>(step_ref)), false) < 0) return fail(-1);
     }
+    // The values are kept here (long ones in their temporaries): the texts
+    // met on the way are given back before the body runs, which may recurse.
+    release_temp_strings(string_mark);
 
     // The control variable's storage: a variable entry's value or an element.
     auto long_ref_word = [&]() -> std::uint32_t* {
@@ -398,8 +422,28 @@ int do_for() {
         return &long_at(*w);
     };
     const bool can_store = target != nullptr && !areas.scan_only;
+    // CLEAR, ERASE or DIM in the body may take the control variable's
+    // storage away. The control is then named again, as a statement naming
+    // it would: a variable is found (or made) anew, an element of an erased
+    // array is an error like any use of it.
+    auto rebind = [&]() -> int {
+        if (areas.name_tables_generation == bound_generation) return 0;
+        const char* const resume = lang.scan.position;
+        lang.scan.position = control_start;
+        lang.scan.value_ref = nullptr;
+        Item again;
+        const int kind = get_item(again, 0);
+        lang.scan.position = resume;
+        if (kind < 0) return kind;
+        if (kind != k || lang.scan.value_ref == nullptr) return error_at(err_for_control_not_numeric, control_column);
+        target = lang.scan.value_ref;
+        target_array = again.array;
+        bound_generation = areas.name_tables_generation;
+        return 0;
+    };
 
     if (!exec.skip && can_store) {
+        if (int rc = rebind(); rc < 0) return fail(rc);
         if (is_long) {
             LongNumber* v = long_value();
             if (v == nullptr) return fail(-1);
@@ -418,10 +462,17 @@ int do_for() {
     skip_colon();
     exec.block.loop_offset = for_line;
     exec.block.loop_statement_offset = statement_offset;
+    exec.block.in_loop = true;
     const int body_column = column_in_line();
 
     int result = 0;
     for (;;) {
+        if (!exec.skip && can_store) {
+            if (int rc = rebind(); rc < 0) {
+                result = rc;
+                break;
+            }
+        }
         if (!exec.skip) {
             bool run = false;
             if (!can_store) {
@@ -456,6 +507,10 @@ int do_for() {
         if (exec.program_ended) break;
         if (!exec.next_reached) break;
         if (!exec.skip) {
+            if (int r = rebind(); r < 0) {
+                result = r;
+                break;
+            }
             if (is_long) {
                 LongNumber* v = long_value();
                 if (v == nullptr) {
@@ -487,7 +542,9 @@ int do_for() {
     exec.break_pending = false;
     exec.continue_pending = outer_continue;
     saved.restore_flags();
-    if (exec.program_ended) end_run_loop();
+    // END or a RETURN in the body ends every run loop up to the program's or
+    // the subroutine's: the rest of this line is not run.
+    if (exec.program_ended || exec.return_reached) end_run_loop();
     return result;
 }
 
@@ -495,7 +552,13 @@ int do_next() {
     if (lang.reporter.debug) console_write("NEXT\n");
     if (!exec.block.inside_for || exec.block.block_type != block_for) return error_at(err_next_without_for, 0);
     exec.next_reached = true;
-    skip_statement_text();  // a variable name behind NEXT is not checked
+    // A variable name behind NEXT is passed over unchecked; anything else
+    // (ELSE, another statement, garbage) is left to be scanned as usual.
+    skip_blanks();
+    const char first = lang.scan.position < lang.scan.end ? *lang.scan.position : 0;
+    if (((first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z')) && peek_keyword() < 0) {
+        while (lang.scan.position < lang.scan.end && is_name_char(*lang.scan.position)) ++lang.scan.position;
+    }
     skip_colon();
     exec.end_line_offset = exec.position.line_offset;
     exec.end_in_line = column_in_line();
@@ -525,7 +588,7 @@ int do_while() {
         const int column = scan_column();
         const int kind = evaluate_expression(0);
         if (kind <= 0) {
-            result = error_at(err_invalid_expression_while, column);
+            result = kind < 0 ? kind : error_at(err_invalid_expression_while, column);  // reported once
             break;
         }
         const bool condition = condition_value(kind);
@@ -539,6 +602,7 @@ int do_while() {
         exec.block.block_type = block_while;
         exec.block.loop_offset = while_line;
         exec.block.loop_statement_offset = statement_offset;
+        exec.block.in_loop = true;
         skip_colon();
         const int rc = run_body(while_line, column_in_line());
         saved.restore_position();
@@ -562,7 +626,7 @@ int do_while() {
     exec.continue_pending = outer_continue;
     saved.restore_flags();
     if (in_if_line && ended_elsewhere) exec.block.while_begun_in_line = true;
-    if (exec.program_ended) end_run_loop();
+    if (exec.program_ended || exec.return_reached) end_run_loop();
     return result;
 }
 
@@ -587,7 +651,8 @@ int jump_to(std::uint32_t number) {
     const int entry = find_statement_entry(number);
     if (entry < 0) return error_at(err_statement_number_not_found, exec.target_column);
     const StatementNumberEntry& e = areas.statement_numbers[entry];
-    if (e.loop_offset != exec.block.loop_offset || e.loop_statement_offset != exec.block.loop_statement_offset)
+    if (e.loop_offset != exec.block.loop_offset || e.loop_statement_offset != exec.block.loop_statement_offset ||
+        e.in_loop != exec.block.in_loop)
         return error_at(err_goto_cannot_jump_into_out, exec.target_column);
     exec.jump_target = number;
     lang.scan.position = lang.scan.end;
@@ -599,8 +664,13 @@ int gosub_to(std::uint32_t number) {
     const std::int64_t offset = find_statement(number);
     if (offset < 0) return static_cast<int>(offset);
     const SavedState saved = SavedState::take();
+    // The subroutine's body is a block of its own: the loops around the
+    // GOSUB are not open in it (BREAK there is outside a loop).
     exec.block.loop_offset = 0;
     exec.block.loop_statement_offset = 0;
+    exec.block.in_loop = false;
+    exec.block.inside_for = false;
+    exec.block.inside_while = false;
     exec.block.inside_if = false;
     exec.block.else_seen = false;
     exec.block.block_type = block_gosub;
@@ -676,12 +746,18 @@ int do_return() {
 
 int do_on() {
     const int column = scan_column();
+    const std::uint32_t string_mark = temp_string_mark();
     const int kind = evaluate_expression(0);
     if (kind < 0) return kind;
     double value = 0;
-    if (kind == 0 || !numeric_double(kind, value) || !(value >= 0.0 && value < 256.0))
+    if (kind != kind_double && kind != kind_numeric_text && kind != kind_long)
         return error_at(err_invalid_value_on_goto_on, column);
-    const int k = static_cast<int>(value);
+    // The value is judged only when the statement runs: 0 to 255 inclusive
+    // before it is truncated (255.5 is refused).
+    if (!passing_over() && (!numeric_double(kind, value) || !(value >= 0.0 && value <= 255.0)))
+        return error_at(err_invalid_value_on_goto_on, column);
+    const int k = passing_over() ? 0 : static_cast<int>(value);
+    release_temp_strings(string_mark);  // an ON GOSUB may recurse deeply
     const bool is_gosub = match_keyword(stmt_gosub);
     if (!is_gosub && !match_keyword(stmt_goto)) return error_at(err_goto_gosub_follow_expression, scan_column());
     std::uint32_t chosen = 0;

@@ -194,7 +194,7 @@ void apply(int option, bool on) {
 }  // namespace
 
 int do_debug() {
-    const bool passing = exec.skip || areas.scan_only;
+    const bool passing = passing_over();
     for (;;) {
         int column = 0;
         const std::string_view word = read_word(column);

@@ -42,6 +42,9 @@ struct BlockState {
     /// program offset and the offset of its statement in that line.
     std::uint32_t loop_offset = 0;
     std::uint32_t loop_statement_offset = 0;
+    /// A FOR or WHILE is the innermost loop (outside all loops the
+    /// identification is 0, 0, which a loop at offset 0, column 0 also has).
+    bool in_loop = false;
     bool while_begun_in_line = false;
 };
 
@@ -115,5 +118,12 @@ struct ExecState {
 };
 
 extern ExecState exec;
+
+/// True while statements are passed over: in skip mode (an untaken branch, a
+/// loop not run, the rest of a body after BREAK) and in the whole check pass.
+/// A statement passed over is scanned and its syntax and types are checked;
+/// its values are not judged (no range checks, no conversions of texts) and
+/// nothing changes. Every statement asks this one question.
+[[nodiscard]] inline bool passing_over() { return exec.skip || exec.check_mode; }
 
 }  // namespace tl

@@ -40,7 +40,6 @@ namespace {
 /// Characters an operand text may have: the digits, a sign, a point and an exponent.
 constexpr std::size_t max_operand_text = static_cast<std::size_t>(max_long_digits) + 12;
 
-bool passing_over() { return exec.skip || areas.scan_only; }
 
 bool equals_word(std::string_view word, const char* lower) {
     if (word.size() != std::strlen(lower)) return false;

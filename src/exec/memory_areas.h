@@ -102,6 +102,9 @@ struct StatementNumberEntry {
     std::uint32_t program_offset = 0;
     std::uint32_t loop_offset = 0;
     std::uint32_t loop_statement_offset = 0;
+    /// The line lies inside a FOR or WHILE (a loop at the very start of the
+    /// program has the identification 0, 0 too).
+    bool in_loop = false;
 };
 
 struct DataStatementEntry {

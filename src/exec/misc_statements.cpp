@@ -151,8 +151,8 @@ int do_color() {
     const int rc = evaluate_number(value);
     if (rc < 0) return rc;
     if (rc == 0) return error_at_column(err_missing_parameter, column);
+    if (passing_over()) return 0;
     if (!(value >= 0.0 && value < 256.0)) return error_at_column(err_parameter_out_range, column);
-    if (exec.skip) return 0;
     if (console_front_end() && isatty(STDOUT_FILENO)) {
         char escape[32];
         terminal_write(std::string_view(escape, color_escape(static_cast<int>(value), escape)));
@@ -166,8 +166,8 @@ int do_delay() {
     const int rc = evaluate_number(seconds);
     if (rc < 0) return rc;
     if (rc == 0) return error_at_column(err_missing_parameter, column);
+    if (passing_over()) return 0;
     if (!(seconds >= 0.0 && seconds <= 86400.0)) return error_at_column(err_parameter_out_range, column);
-    if (exec.skip) return 0;
     using clock = std::chrono::steady_clock;
     const auto until = clock::now() + std::chrono::duration_cast<clock::duration>(std::chrono::duration<double>(seconds));
     for (;;) {
@@ -215,8 +215,9 @@ int do_help() {
     const int column = scan_column();
     const int rc = evaluate_number(value);
     if (rc < 0) return rc;
+    if (rc == 0) return error_at_column(err_missing_parameter, column);
+    if (passing_over()) return 0;
     if (!(value >= 1.0 && value < help_document_count + 1.0)) return error_at_column(err_parameter_out_range, column);
-    if (exec.skip) return 0;
     const int number = static_cast<int>(value);
     char folder[4096];
     help_folder(folder);

@@ -114,7 +114,9 @@ int print_items(PrintSession& s) {
     }
     bool any = false;
     for (;;) {
-        begin_print_item(s);
+        // Passed over, a PRINT changes nothing: not the line's continue flag,
+        // not a pending TAB.
+        if (!skip) begin_print_item(s);
         s.item_column = scan_column();
         if (next_word_is("tab", true)) {
             Item params[7];
@@ -175,7 +177,7 @@ int print_items(PrintSession& s) {
         }
         any = true;
         const char t = lang.scan.terminator;
-        finish_print_item(s, t == ';');
+        if (!skip) finish_print_item(s, t == ';');
         if (t != ';' && t != ',') break;
     }
     if (skip) return 0;
@@ -194,7 +196,11 @@ int do_print(bool write_mode) {
         return error_at_column(err_invalid_file_number, scan_column());
     }
     PrintSession s;
-    begin_print(s, 0, write_mode);
+    if (exec.skip) {
+        s.write_mode = write_mode;  // the console's print zones stay as they are
+    } else {
+        begin_print(s, 0, write_mode);
+    }
     lang.scan.in_print = true;
     const int rc = print_items(s);
     lang.scan.in_print = false;

@@ -55,6 +55,7 @@ int record_statement_number(std::uint32_t number) {
     e.program_offset = exec.position.line_offset;
     e.loop_offset = exec.block.loop_offset;
     e.loop_statement_offset = exec.block.loop_statement_offset;
+    e.in_loop = exec.block.in_loop;
     return 0;
 }
 
@@ -217,7 +218,7 @@ int process_line(bool at_line_start) {
         lang.reporter.statement_start = s.position;
         const int rc = execute_statement();
         if (rc < 0) return report_error(err_pass_statement);
-        if (rc == 1) break;
+        if (rc == 1 || exec.program_ended || exec.return_reached || exec.next_reached || exec.wend_reached) break;
         skip_blanks();
         if (s.position < s.end && *s.position == ':') {
             ++s.position;
@@ -418,8 +419,11 @@ int do_assignment(const Item& target, int kind) {
             format_element_reference(*name_element, name_subscript_count, name_subscripts, name, sizeof name);
         if (predefined >= 0) {
             const PredefinedVariable& p = lang.predefined[static_cast<std::size_t>(predefined)];
-            show_result(p.type, name, p.number, 0);
-            if (p.type == kind_string) console_print("\nResult: %s = %s  ************\n", name, p.text.data());
+            if (p.type == kind_string) {
+                console_print("\nResult: %s = %s  ************\n", name, p.text.data());
+            } else {
+                show_result(p.type, name, p.number, 0);
+            }
         } else {
             show_result(type, name, number != nullptr ? *number : 0.0, word != nullptr ? *word : 0);
         }
@@ -511,6 +515,10 @@ int execute_statement() {
     }
     const std::uint32_t string_mark = temp_string_mark();
     const std::uint32_t long_mark = temp_long_mark();
+    // The evaluator passes over values while the statement is skipped; a
+    // block's own expressions (a WHILE's condition) are judged by the state
+    // its statement began in, whatever its body left.
+    const bool outer_skipping = lang.scan.skipping;
     lang.scan.skipping = exec.skip;
 
     // Memory that cannot be had, wherever it was asked for, ends the
@@ -525,6 +533,7 @@ int execute_statement() {
     }
     release_temp_strings(string_mark);
     release_temp_longs(long_mark);
+    lang.scan.skipping = outer_skipping;
     if (result == 1) {
         s.position = s.end;
     } else if (result < 0) {

@@ -19,8 +19,6 @@
 namespace tl {
 namespace {
 
-bool passing_over() { return exec.skip || exec.check_mode; }
-
 /// A seed from the clock (never 0, which is not a valid seed).
 std::uint32_t clock_seed() {
     const auto ticks = std::chrono::system_clock::now().time_since_epoch().count();

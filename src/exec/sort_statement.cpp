@@ -352,8 +352,8 @@ int do_sort() {
     while (p < lang.scan.end && is_name_char(*p)) ++p;
     const std::string_view name(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
     lang.scan.position = p;
-    const bool passing_over = exec.skip || exec.check_mode;
-    if (!passing_over) {
+    const bool passing = passing_over();
+    if (!passing) {
         rq.array = name.empty() ? nullptr : find_array_exact(name);
         if (rq.array == nullptr) return error_at_column(err_expecting_array, name_column);
     } else if (name.empty()) {
@@ -365,7 +365,7 @@ int do_sort() {
         if (rc < 0) return rc;
     }
     const int rc = parse_parameters(rq);
-    if (rc < 0 || passing_over) return rc;
+    if (rc < 0 || passing) return rc;
     return sort_rows(rq);
 }
 

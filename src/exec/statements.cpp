@@ -1,5 +1,6 @@
 // statements.cpp — do_keyword_statement and the statements that fit in a few lines.
 #include "exec/statements.h"
+#include "exec/statement_targets.h"
 
 #include <cstring>
 
@@ -213,6 +214,9 @@ int do_keyword_statement(int slot) {
         case stmt_updatedatetime: return do_updatedatetime();
         case stmt_settimezone: return do_settimezone();
         case stmt_setdstrules: return do_setdstrules();
+        case stmt_field:
+            if (typed_at_prompt()) return error_at_column(err_statement_not_valid_command_line, 0);
+            return not_yet_available();
         default: return not_yet_available();
     }
 }

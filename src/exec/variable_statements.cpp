@@ -267,6 +267,7 @@ int do_printall() {
         if (kind != kind_string) return error_at_column(err_invalid_parameter_printall, column);
         copy_text(which, sizeof which, lang.scan.buffer);
         release_temp_strings(mark);  // the memory report shows the space as between statements
+        if (passing_over()) return 0;
         for (char& c : which)
             if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
         if (std::strcmp(which, "variables") != 0 && std::strcmp(which, "arrays") != 0 &&

@@ -33,6 +33,7 @@ int fn_hex_handler(Item* p, int count) {
     }
     if (!(n >= -2147483648.0 && n <= 4294967295.0)) return fail_at(err_hexs_number_out_range_integers, p[0]);
     if (n < 0.0) n += 4294967296.0;  // two's complement
+    if (n >= 4294967296.0) n = 4294967295.0;  // a tiny negative number rounds up to 2^32 when added
     const auto v = static_cast<std::uint32_t>(n);
     const unsigned high = v >> 16;
     const unsigned low = v & 0xFFFF;

@@ -73,7 +73,7 @@ int double_to_hex(const Item& p, double x) {
         out.put('-');
         x = -x;
     }
-    if (x >= 18446744073709551616.0) return fail_at(err_number_too_large_convert_hex, p);
+    if (!(x < 18446744073709551616.0)) return fail_at(err_number_too_large_convert_hex, p);  // also NaN
     const double whole = std::floor(x);
     put_integer(out, static_cast<std::uint64_t>(whole));
     double fraction = x - whole;  // exact, and each step below is exact

@@ -20,17 +20,19 @@
 namespace tl {
 namespace {
 
-/// A count or position parameter, truncated toward zero.
-int whole_parameter(Item& p, double& out) {
+/// A count or position parameter, truncated toward zero. A NaN or an
+/// infinity lies outside every range: error `out_of_range` at the parameter.
+int whole_parameter(Item& p, double& out, int out_of_range) {
     const int r = double_parameter(p, out);
     if (r < 0) return r;
+    if (!std::isfinite(out)) return fail_at(out_of_range, p);
     out = std::trunc(out);
     return 0;
 }
 
 /// A count or character code that must lie in 0..255 (68 otherwise).
 int byte_parameter(Item& p, double& out) {
-    const int r = whole_parameter(p, out);
+    const int r = whole_parameter(p, out, err_parameter_out_range);
     if (r < 0) return r;
     if (!(out >= 0.0 && out <= 255.0)) return fail_at(err_parameter_out_range, p);
     return 0;
@@ -80,9 +82,9 @@ int long_text_result(const LongNumber& n, const char* format, const Item& at) {
 
 int fn_chr_handler(Item* p, int) {
     double code = 0.0;
-    const int r = whole_parameter(p[0], code);
+    const int r = whole_parameter(p[0], code, err_parameter_out_range);
     if (r < 0) return r;
-    if (code < 0.0 || code > 255.0) return fail_at(err_parameter_out_range, p[0]);
+    if (!(code >= 0.0 && code <= 255.0)) return fail_at(err_parameter_out_range, p[0]);
     const char c = static_cast<char>(static_cast<unsigned char>(code));
     return text_result(&c, 1);
 }
@@ -92,9 +94,9 @@ int left_or_right(Item* p, bool from_right) {
     const char* s = nullptr;
     double n = 0.0;
     int r = string_parameter(p[0], s);
-    if (r >= 0) r = whole_parameter(p[1], n);
+    if (r >= 0) r = whole_parameter(p[1], n, err_lefts_rights_length_cannot_negative);
     if (r < 0) return r;
-    if (n < 0.0) return fail_at(err_lefts_rights_length_cannot_negative, p[1]);
+    if (!(n >= 0.0)) return fail_at(err_lefts_rights_length_cannot_negative, p[1]);
     const std::size_t length = std::strlen(s);
     const std::size_t take = n < static_cast<double>(length) ? static_cast<std::size_t>(n) : length;
     return text_result(from_right ? s + (length - take) : s, take);
@@ -109,11 +111,11 @@ int fn_mid_handler(Item* p, int count) {
     double start = 0.0;
     double n = static_cast<double>(max_string_length);
     int r = string_parameter(p[0], s);
-    if (r >= 0) r = whole_parameter(p[1], start);
-    if (r >= 0 && count == 3) r = whole_parameter(p[2], n);
+    if (r >= 0) r = whole_parameter(p[1], start, err_mids_invalid_start_position);
+    if (r >= 0 && count == 3) r = whole_parameter(p[2], n, err_mids_invalid_length);
     if (r < 0) return r;
-    if (start < 1.0) return fail_at(err_mids_invalid_start_position, p[1]);
-    if (n < 0.0) return fail_at(err_mids_invalid_length, p[2]);
+    if (!(start >= 1.0)) return fail_at(err_mids_invalid_start_position, p[1]);
+    if (!(n >= 0.0)) return fail_at(err_mids_invalid_length, p[2]);
     const std::size_t length = std::strlen(s);
     if (start > static_cast<double>(length)) return text_result("", 0);
     const auto from = static_cast<std::size_t>(start) - 1;
@@ -204,7 +206,7 @@ int fn_space_handler(Item* p, int) {
 int fn_instr_handler(Item* p, int count) {
     double start = 1.0;
     int r = 0;
-    if (count == 3) r = whole_parameter(p[0], start);
+    if (count == 3) r = whole_parameter(p[0], start, err_parameter_out_range);
     const char* s = nullptr;
     const char* t = nullptr;
     if (r >= 0) r = string_parameter(p[count - 2], s);

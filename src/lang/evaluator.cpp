@@ -47,7 +47,13 @@ int hold_long(Item& item, const LongNumber& value) {
     const std::int64_t ref = new_temp_long();
     if (ref < 0) return static_cast<int>(ref);
     item.word = static_cast<std::uint32_t>(ref);
-    long_copy(value, long_at(item.word));
+    // Passing over a statement computes nothing: a long value is a zero there,
+    // so no long arithmetic is done for it.
+    if (lang.scan.skipping) {
+        long_set_zero(long_at(item.word));
+    } else {
+        long_copy(value, long_at(item.word));
+    }
     return 0;
 }
 

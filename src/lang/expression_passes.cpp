@@ -368,7 +368,7 @@ int pass_comparisons(ItemTable& t) {
             const int k = operands(t, i, err_type_mismatch);
             if (k < 0) return k;
             if (k == kind_double) {
-                order = a.number < b.number ? -1 : (a.number > b.number ? 1 : 0);
+                order = double_order(a.number, b.number);
             } else {
                 order = long_compare(long_at(a.word), long_at(b.word));
             }
@@ -461,6 +461,7 @@ unsigned passes_needed(const ItemTable& t) {
 }  // namespace
 
 bool comparison_holds(int slot, int order) {
+    if (order == order_unordered) return slot == cmp_ne;
     switch (slot) {
         case cmp_eq: return order == 0;
         case cmp_lt: return order < 0;

@@ -19,8 +19,17 @@ struct ItemTable {
     const char* text_end = nullptr;
 };
 
+/// The order of two values that have none: a NaN against anything.
+constexpr int order_unordered = 2;
+
+/// -1, 0 or 1 as `a` is below, equal to or above `b`; order_unordered when
+/// either is a NaN.
+[[nodiscard]] constexpr int double_order(double a, double b) {
+    return a < b ? -1 : (a > b ? 1 : (a == b ? 0 : order_unordered));
+}
+
 /// Whether a comparison of slot `slot` (cmp_eq ... cmp_ne) holds for an
-/// order of -1, 0 or 1.
+/// order of -1, 0 or 1, or order_unordered (then only "<>" holds).
 [[nodiscard]] bool comparison_holds(int slot, int order);
 
 /// Reduces the table in the seven passes (listing it after each pass in the

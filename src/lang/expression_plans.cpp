@@ -834,7 +834,7 @@ bool replay_numbers(const ExpressionPlan& plan, double& out) {
             case plan_compare: {
                 const double a = end[-2];
                 const double b = end[-1];
-                end[-2] = comparison_holds(step->count, a < b ? -1 : (a > b ? 1 : 0)) ? 1.0 : 0.0;
+                end[-2] = comparison_holds(step->count, double_order(a, b)) ? 1.0 : 0.0;
                 --end;
                 break;
             }
@@ -955,7 +955,7 @@ bool replay(const ExpressionPlan& plan, Value& out, std::size_t* lengths, Scratc
                 r = std::fmod(x, y);
                 break;
             case plan_power: r = std::pow(x, y); break;
-            default: r = comparison_holds(step.count, x < y ? -1 : (x > y ? 1 : 0)) ? 1.0 : 0.0; break;
+            default: r = comparison_holds(step.count, double_order(x, y)) ? 1.0 : 0.0; break;
         }
         // Sums and differences may overflow quietly; the others are errors.
         if (step.op >= plan_multiply && step.op <= plan_power && !std::isfinite(r)) return false;
@@ -1135,10 +1135,9 @@ int run_expression_plan(int mode) {
         ByteArea& t = areas.temp_strings;
         double value = 0.0;
         if (t.used + plan.space_needed > t.size) return 0;
-        if (!replay_numbers(plan, value)) {
-            if (!s.skipping) return 0;
-            value = 0.0;  // a value the evaluator would refuse, met while passing over
-        }
+        // Passed over, the expression is not computed (as the evaluator,
+        // which takes every function's value as a dummy there).
+        if (!s.skipping && !replay_numbers(plan, value)) return 0;
         if (plan.space_peak != 0 && t.used + plan.space_peak - 1 > areas.temp_high_water)
             areas.temp_high_water = t.used + plan.space_peak - 1;
         t.used += plan.space_after;

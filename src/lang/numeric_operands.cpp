@@ -44,6 +44,25 @@ int text_to_long(Item& item, int error) {
     return kind_long;
 }
 
+/// While a statement is passed over, values are not judged: a text stands
+/// for the number 0 whatever it holds (a variable may not have its value yet).
+int dummy_double(Item& item) {
+    item.kind = kind_double;
+    item.number = 0.0;
+    item.word = 0;
+    item.number_known = false;
+    return kind_double;
+}
+
+int dummy_long(Item& item) {
+    const std::int64_t ref = new_long_for(item);
+    if (ref < 0) return static_cast<int>(ref);
+    item.kind = kind_long;
+    item.word = static_cast<std::uint32_t>(ref);
+    long_set_zero(long_at(item.word));
+    return kind_long;
+}
+
 }  // namespace
 
 bool long_is_zero(const LongNumber& n) { return n.blks <= 1 && n.blocks[0] == 0; }
@@ -51,6 +70,7 @@ bool long_is_zero(const LongNumber& n) { return n.blks <= 1 && n.blocks[0] == 0;
 int make_numeric(Item& item) {
     if (item.kind == kind_double || item.kind == kind_long) return static_cast<int>(item.kind);
     if (!is_text(item)) return fail(err_invalid_type_expecting_number, item);
+    if (lang.scan.skipping) return dummy_double(item);
     if (item.kind == kind_numeric_text && item.number_known) {
         item.kind = kind_double;
         item.word = 0;
@@ -73,6 +93,7 @@ int make_numeric(Item& item) {
 
 int make_long(Item& item) {
     if (item.kind == kind_long) return kind_long;
+    if (lang.scan.skipping && (is_text(item) || item.kind == kind_double)) return dummy_long(item);
     if (is_text(item)) return text_to_long(item, err_unable_convert_numeric);
     if (item.kind != kind_double) return fail(err_invalid_type_expecting_number, item);
     const std::uint32_t mark = temp_long_mark();

@@ -336,6 +336,9 @@ int scan_array_element(Item& item, int mode, std::string_view name, NameCacheEnt
             return scan_error(err_not_function_or_array, item.column);
         }
     } else if (declaring(mode)) {
+        // Passed over, a DIM changes nothing and depends on no state: the
+        // array may be erased by then when the statement runs.
+        if (lang.scan.skipping) return scan_name;
         return scan_error(err_array_already_dimensioned, item.column);
     }
     return scan_element_item(item, mode, name, a);
