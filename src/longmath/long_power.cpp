@@ -42,6 +42,11 @@ bool odd_integer(const LongNumber& n) {
     return (n.blocks[static_cast<std::size_t>(d / 8)] / long_pow10[7 - d % 8]) % 2 != 0;
 }
 
+/// True for y = 0.5 exactly.
+bool is_one_half(const LongNumber& y) {
+    return y.sgn != -1 && y.exp == 0 && y.blks == 1 && y.blocks[0] == 50000000u;
+}
+
 /// True for x = 1 or x = -1.
 bool unit_magnitude(const LongNumber& x) { return x.exp == 1 && x.blks == 1 && x.blocks[0] == 10000000u; }
 
@@ -111,6 +116,8 @@ int long_power(const LongNumber& x, const LongNumber& y, LongNumber& result) {
         long_set_int(result, x.sgn == -1 && odd ? -1 : 1);
         return 0;
     }
+    // x ^ 0.5 is the square root, correctly rounded at the precision.
+    if (is_one_half(y)) return long_sqrt(x, result);
     // The size of the result, estimated: too large an exponent is refused here.
     const double magnitude = std::fabs(to_double_or_zero(y) * decimal_log(x));
     if (!(magnitude <= max_power_exponent)) return power_error();
@@ -162,15 +169,14 @@ int long_root(const LongNumber& x, const LongNumber& n, LongNumber& result) {
     LongNumber& divisor = frame.take(target + 48);
     long_copy(x, base);
     base.sgn = 0;
+    // The square root is correctly rounded at the target itself; rounding
+    // it again from more digits could not be.
+    if (integer && k == 2) return long_sqrt(base, result);
     long_set_precision(target + 8);
-    if (integer && k == 2) {
-        rc = long_sqrt(base, result);
-    } else {
-        long_set_int(one, 1);
-        long_copy(n, divisor);
-        rc = long_divide(one, divisor, exponent);
-        if (rc == 0) rc = long_power(base, exponent, result);
-    }
+    long_set_int(one, 1);
+    long_copy(n, divisor);
+    rc = long_divide(one, divisor, exponent);
+    if (rc == 0) rc = long_power(base, exponent, result);
     if (rc < 0) return rc;
     if (x.sgn == -1) long_flip_sign(result);
     long_set_precision(target);

@@ -46,6 +46,80 @@ void start_value(const LongNumber& x, LongNumber& s) {
     long_normalise(s, normalise_cut);
 }
 
+/// `n` cut (not rounded) to `digits` significant digits.
+void cut_to(LongNumber& n, int digits) {
+    const LongPrecisionGuard guard;
+    long_state.mode.precision = digits;
+    n.nrm = 0;
+    long_normalise(n, normalise_cut);
+}
+
+/// -1, 0 or 1 as x is below, equal to or above c * c, c squared exactly.
+/// The caller's precision must hold twice the digits of c and more.
+int compare_with_square(const LongNumber& x, const LongNumber& c, LongNumber& square, int& rc) {
+    rc = long_multiply(c, c, square);
+    return rc < 0 ? 0 : long_compare(x, square);
+}
+
+/// The root r of x rounded to `target` digits from an approximation `s`
+/// that is within a small fraction of a unit in digit `target`: r is s cut to
+/// `target` digits, then corrected by the exact square of the rounding
+/// boundary beside it. Rounding to nearest compares x with the square of the
+/// midpoint r + u/2 (u: a unit in the last digit; a tie rounds up, as the
+/// rounding of every long result does); truncation makes sure that
+/// r^2 <= x < (r + u)^2.
+int round_root(const LongNumber& x, const LongNumber& s, int target, LongNumber& result) {
+    const LongPrecisionGuard guard;
+    LongWorkFrame frame;
+    LongNumber& unit = frame.take(8);
+    LongNumber& boundary = frame.take(2 * target + 24);
+    LongNumber& square = frame.take(4 * target + 48);
+    LongNumber& sum = frame.take(2 * target + 24);
+    long_copy(s, result);
+    cut_to(result, target);
+    // Room for the exact square of a number of target + 1 digits.
+    long_set_precision(2 * target + 24);
+    // A unit in digit `target` is 0.1 * 10^(exp - target + 1), half of one
+    // 0.5 * 10^(exp - target).
+    auto set_unit = [&](bool half) {
+        long_set_int(unit, 1);
+        unit.blocks[0] = half ? 50000000u : 10000000u;
+        unit.exp = result.exp - target + (half ? 0 : 1);
+    };
+    auto add_unit = [&](LongNumber& to, int sign) {
+        unit.sgn = sign < 0 ? -1 : 0;
+        int r = long_add(to, unit, sum);
+        if (r < 0) return r;
+        sum.nrm = 0;
+        long_normalise(sum, normalise_strip);
+        long_copy(sum, to);
+        return 0;
+    };
+    int rc = 0;
+    if (long_state.mode.rounding) {
+        set_unit(true);
+        long_copy(result, boundary);
+        if ((rc = add_unit(boundary, 1)) < 0) return rc;
+        const int side = compare_with_square(x, boundary, square, rc);
+        if (rc < 0) return rc;
+        if (side >= 0) {
+            set_unit(false);
+            rc = add_unit(result, 1);
+        }
+    } else {
+        set_unit(false);
+        const int below = compare_with_square(x, result, square, rc);
+        if (rc < 0) return rc;
+        if (below < 0) return add_unit(result, -1);
+        long_copy(result, boundary);
+        if ((rc = add_unit(boundary, 1)) < 0) return rc;
+        const int above = compare_with_square(x, boundary, square, rc);
+        if (rc < 0) return rc;
+        if (above >= 0) long_copy(boundary, result);
+    }
+    return rc;
+}
+
 }  // namespace
 
 int long_sqrt(const LongNumber& x, LongNumber& result) {
@@ -109,10 +183,13 @@ int long_sqrt(const LongNumber& x, LongNumber& result) {
         }
         correct = precision - 2;
     }
+    // s is right to about target + 8 digits; the last digit is decided
+    // exactly, from the square of the rounding boundary next to it.
+    rc = round_root(x, s, target, result);
+    if (rc < 0) return rc;
     long_set_precision(target);
-    long_copy(s, result);
     result.nrm = 0;
-    long_normalise(result, normalise_round);
+    long_normalise(result, normalise_cut);
     long_timer_report("SQR Calc. Time:", start);
     return 0;
 }

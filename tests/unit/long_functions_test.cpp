@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <functional>
+#include <random>
 #include <string>
 
 #include "exec/arrays.h"
@@ -123,6 +124,68 @@ TEST_F(LongFunctionsTest, SquareRootAgreesWithMpfr) {
     LongNumber r;
     ASSERT_EQ(long_sqrt(make_long("152415787532388367501905199875019052100"), r), 0);
     EXPECT_EQ(text_of(r), "12345678901234567890.");
+}
+
+// Square roots are correctly rounded: the last digit is the one the exact root
+// rounds to (halves up), or is cut to, never one off near the boundary. The
+// same for root(x, 2) and x ^ 0.5.
+TEST_F(LongFunctionsTest, SquareRootsAreCorrectlyRounded) {
+    std::mt19937_64 rng(2);
+    // The result c is checked exactly (GMP rationals): rounded to nearest,
+    // (c - u/2)^2 <= x < (c + u/2)^2; cut, c^2 <= x < (c + u)^2, with u a
+    // unit in c's last digit.
+    auto bracketed = [&](const LongNumber& c, const Rational& x, int digits) {
+        const Rational v = value_of(c);
+        const Rational u = pow10q(decimal_magnitude(v) - digits);
+        const Rational half = u / Rational(2);
+        const Rational low = mode.rounding ? v - half : v;
+        const Rational high = mode.rounding ? v + half : v + u;
+        return low * low <= x && x < high * high && c.len <= digits;
+    };
+    auto check_root = [&](const std::string& text, int digits) {
+        mode.precision = digits;
+        const LongNumber x = make_long(text);
+        const Rational exact = value_of(x);
+        LongNumber r, two, half;
+        ASSERT_EQ(long_sqrt(x, r), 0);
+        EXPECT_TRUE(bracketed(r, exact, digits)) << "sqrt(" << text << ") at " << digits << ": " << text_of(r);
+        ASSERT_EQ(long_root(x, make_long("2"), two), 0);
+        EXPECT_EQ(value_of(two), value_of(r)) << "root(" << text << ", 2)";
+        ASSERT_EQ(long_power(x, make_long("0.5"), half), 0);
+        EXPECT_EQ(value_of(half), value_of(r)) << text << " ^ 0.5";
+        EXPECT_EQ(mode.precision, digits);
+    };
+    for (bool rounding : {true, false}) {
+        mode.rounding = rounding;
+        // Roots just beside a rounding boundary: 1 + 10^-k has the root
+        // 1 + 10^-k/2 - ..., whose digits after the last kept one are 4999...
+        for (int k : {10, 11, 20, 49, 99, 200}) {
+            check_root("1" + std::string(static_cast<std::size_t>(k - 1), '0') + "1e-" + std::to_string(k - 1), k + 1);
+            check_root("." + std::string(static_cast<std::size_t>(k), '9'), k);
+            check_root("4" + std::string(static_cast<std::size_t>(k - 1), '0') + "1", k);
+        }
+        for (int digits : {11, 12, 17, 50, 101}) {
+            for (int i = 0; i < 60; ++i) {
+                std::string text = random_number_text(rng, digits, 40);
+                if (text[0] == '-') text.erase(0, 1);
+                check_root(text, digits);
+            }
+        }
+    }
+    mode.rounding = true;
+    // The two cases that once rounded the wrong way.
+    mode.precision = 11;
+    LongNumber r;
+    ASSERT_EQ(long_sqrt(make_long("1.0000000001"), r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    mode.precision = 10000;
+    LongNumber one = make_long("1"), tiny = make_long("1e-10000"), below, root, gap;
+    ASSERT_EQ(long_subtract(one, tiny, below), 0);
+    long_normalise(below, normalise_round);
+    ASSERT_EQ(long_sqrt(below, root), 0);
+    ASSERT_EQ(long_subtract(one, root, gap), 0);
+    long_normalise(gap, normalise_round);
+    EXPECT_TRUE(value_of(gap) == pow10q(-10000)) << text_of(gap).substr(0, 40);
 }
 
 TEST_F(LongFunctionsTest, ExponentialsAgreeWithMpfr) {
