@@ -1,21 +1,53 @@
 // front_end.cpp — console output through the installed front end, copied to the log.
 #include "exec/front_end.h"
 
+#include <cerrno>
 #include <cstdarg>
+#include <cstring>
 #include <string>
 
 namespace tl {
 
 HostState host;
 
+namespace {
+
+/// Writes text to the log, if one is open, and flushes it. Returns 0, or the
+/// errno of a failed write.
+int copy_to_log(std::string_view text) {
+    if (host.log == nullptr) return 0;
+    errno = 0;
+    const bool written = std::fwrite(text.data(), 1, text.size(), host.log) == text.size();
+    if (std::fflush(host.log) == 0 && written) return 0;
+    return errno != 0 ? errno : EIO;
+}
+
+}  // namespace
+
 void console_write(std::string_view text) {
     if (text.empty()) return;
     // The log first: a process killed in between has logged all it showed.
-    if (host.log != nullptr) {
-        std::fwrite(text.data(), 1, text.size(), host.log);
-        std::fflush(host.log);
-    }
+    const int error = copy_to_log(text);
     if (host.front_end != nullptr) host.front_end->write(text);
+    if (error != 0) stop_logging_after_failure(error);
+}
+
+void log_write(std::string_view text) {
+    if (const int error = copy_to_log(text); error != 0) stop_logging_after_failure(error);
+}
+
+void log_typed_line(std::string_view prompt, std::string_view line) {
+    log_write(prompt);
+    log_write(line);
+    log_write("\n");
+}
+
+void stop_logging_after_failure(int error) {
+    if (host.log == nullptr) return;
+    std::fclose(host.log);
+    host.log = nullptr;
+    console_print("\nThe log file could not be written (%s): logging stopped.\n",
+                  std::strerror(error));
 }
 
 void pump_events() {

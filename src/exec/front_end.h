@@ -94,6 +94,16 @@ void pump_events();
 /// once so that a killed process loses nothing that was shown.
 void console_write(std::string_view text);
 
+/// Copies text to the log only (a write failure is handled as below).
+void log_write(std::string_view text);
+/// Copies a line typed at `prompt` to the log (the terminal showed it itself).
+void log_typed_line(std::string_view prompt, std::string_view line);
+
+/// After a failed write to the log: closes it, says so once on the console
+/// ("The log file could not be written (<reason>): logging stopped.") and
+/// goes on without a log. `error` is the errno of the failure.
+void stop_logging_after_failure(int error);
+
 /// printf-style console output (cut at 4095 characters).
 void console_print(const char* format, ...) __attribute__((format(printf, 1, 2)));
 

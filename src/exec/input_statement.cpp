@@ -76,10 +76,7 @@ int read_prompt(char (&prompt)[scan_buffer_size + 4], bool line_input) {
 bool read_input_line(const char* prompt) {
     std::string& line = host.input_line;
     if (host.front_end == nullptr || !host.front_end->read_line(prompt, line)) return false;
-    if (host.log != nullptr) {
-        std::fprintf(host.log, "%s%s\n", prompt, line.c_str());
-        std::fflush(host.log);
-    }
+    log_typed_line(prompt, line);
     return true;
 }
 

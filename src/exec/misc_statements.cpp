@@ -50,6 +50,9 @@ constexpr HelpDocument help_documents[help_document_count] = {
     {"quickref book.pdf", "Quick Reference Booklet"},
 };
 
+/// Longest SPAWN command line, its quoted arguments included.
+constexpr std::size_t spawn_line_size = 4096;
+
 /// Delays wait in slices this long, checking for the user's interruption.
 constexpr auto delay_slice = std::chrono::milliseconds(10);
 
@@ -60,10 +63,28 @@ void terminal_write(std::string_view text) {
     if (host.front_end != nullptr) host.front_end->write(text);
 }
 
+/// Appends `text` to `out` (holding `length` characters, room for `size`)
+/// as one word of a shell command line: in single quotes, each quote inside
+/// written as '\''. False when it does not fit.
+bool append_shell_word(char* out, std::size_t size, std::size_t& length, std::string_view text) {
+    const auto put = [&](std::string_view part) {
+        if (length + part.size() >= size) return false;
+        part.copy(out + length, part.size());
+        length += part.size();
+        out[length] = 0;
+        return true;
+    };
+    if (!put("'")) return false;
+    for (const char c : text)
+        if (!(c == '\'' ? put("'\\''") : put(std::string_view(&c, 1)))) return false;
+    return put("'");
+}
+
 /// Starts `command` through the shell without waiting for it. The shell
 /// first makes sure the program (the first word) exists, so that a wrong
 /// name is reported; the program itself runs in the background with its
-/// input detached from the console.
+/// input detached from the console. It inherits only standard input, output
+/// and error: every other descriptor (the log, open files) is closed in it.
 bool spawn_command(const char* command) {
     char first[256];
     std::size_t n = 0;
@@ -82,7 +103,12 @@ bool spawn_command(const char* command) {
     char script[] = "command -v -- \"$1\" >/dev/null 2>&1 || exit 127\n(eval \"$0\") </dev/null &";
     char* argv[] = {sh, dash_c, script, const_cast<char*>(command), first, nullptr};
     pid_t pid = 0;
-    if (posix_spawn(&pid, "/bin/sh", nullptr, nullptr, argv, environ) != 0) return false;
+    posix_spawn_file_actions_t actions;
+    if (posix_spawn_file_actions_init(&actions) != 0) return false;
+    int rc = posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    if (rc == 0) rc = posix_spawn(&pid, "/bin/sh", &actions, nullptr, argv, environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (rc != 0) return false;
     int status = 0;
     while (waitpid(pid, &status, 0) < 0) {
         if (errno != EINTR) return false;
@@ -196,12 +222,31 @@ int do_chdir() {
 }
 
 int do_spawn() {
-    char command[scan_buffer_size];
+    // The command line, then each further parameter quoted as one argument.
+    char line[spawn_line_size] = {};
+    std::size_t length = 0;
     const int column = scan_column();
     if (at_statement_end()) return error_at_column(err_missing_parameter, column);
-    if (int rc = string_parameter(command); rc < 0) return rc;
+    for (bool first = true;; first = false) {
+        const int part_column = scan_column();
+        const int kind = evaluate_expression(scan_separators);
+        if (kind < 0) return kind;
+        if (kind == 0) return error_at_column(err_invalid_expression, part_column);
+        if (kind != kind_string) return error_at_column(err_invalid_type_expecting_string, part_column);
+        const std::string_view part = lang.scan.buffer;
+        if (first) {
+            length = part.copy(line, part.size());
+        } else {
+            if (length + 1 >= sizeof line) return error_at_column(err_string_too_long, part_column);
+            line[length++] = ' ';
+            if (!append_shell_word(line, sizeof line, length, part))
+                return error_at_column(err_string_too_long, part_column);
+        }
+        if (lang.scan.terminator != ',') break;
+    }
+    if (!at_statement_end()) return error_at_column(err_invalid_statement, scan_column());
     if (exec.skip) return 0;
-    if (!spawn_command(command)) return error_at_column(err_error_occurred_doing_spawn, column);
+    if (!spawn_command(line)) return error_at_column(err_error_occurred_doing_spawn, column);
     return 0;
 }
 
@@ -225,9 +270,12 @@ int do_help() {
         console_print("\"%s\" is the document %s%s\n", help_document_title(number), folder, help_document_file(number));
         return 0;
     }
-    char command[4096 + 300];
-    const int n = std::snprintf(command, sizeof command, "xdg-open '%s%s'", folder, help_document_file(number));
-    if (n < 0 || static_cast<std::size_t>(n) >= sizeof command) return error_at_column(err_error_occurred_doing_spawn, column);
+    char document[4096 + 100];
+    std::snprintf(document, sizeof document, "%s%s", folder, help_document_file(number));
+    char command[2 * sizeof document];
+    std::size_t length = std::string_view("xdg-open ").copy(command, sizeof command);
+    if (!append_shell_word(command, sizeof command, length, document))
+        return error_at_column(err_error_occurred_doing_spawn, column);
     if (!spawn_command(command)) return error_at_column(err_error_occurred_doing_spawn, column);
     return 0;
 }

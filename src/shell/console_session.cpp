@@ -22,13 +22,6 @@ void remember_command(const std::string& line) {
     shell_state.terminal.remember(line);
 }
 
-/// Typed input is shown by the terminal itself; the log gets a copy.
-void log_typed_line(const char* prompt, const std::string& line) {
-    if (host.log == nullptr) return;
-    std::fprintf(host.log, "%s%s\n", prompt, line.c_str());
-    std::fflush(host.log);
-}
-
 }  // namespace
 
 int execute_typed_line(const std::string& line) {

@@ -1,6 +1,12 @@
 // Tests of the session log: header, copying of console lines, and failure to open.
 #include "shell/log_file.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+
 #include "shell_test_support.h"
 #include "test_support.h"
 
@@ -121,6 +127,46 @@ TEST_F(LogFileTest, UnwritablePathReportsOnceAndRunsWithoutLog) {
     EXPECT_EQ(window.output, "Cant open LOG file.\n");
     ASSERT_EQ(window.boxes.size(), 1U);
     EXPECT_EQ(window.boxes[0], "Error|Cant open LOG file.");
+}
+
+TEST_F(LogFileTest, OnlyARegularFileIsTakenAndTheOpenNeverWaits) {
+    // A device that takes the open but no write, and a FIFO with and without
+    // a reader: each is refused at once, as a log that cannot be opened.
+    const std::string fifo = dir / "fifo";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    for (const int with_reader : {0, 1}) {
+        const int reader = with_reader != 0 ? ::open(fifo.c_str(), O_RDONLY | O_NONBLOCK) : -1;
+        for (const std::string& name : {std::string("/dev/full"), fifo}) {
+            settings.log_file_path = "";
+            settings.log_file_name = name;
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_FALSE(shell::start_log_file(settings)) << name;
+            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)) << name;
+            EXPECT_EQ(host.log, nullptr);
+            EXPECT_EQ(fe.take(), "Cant open LOG file.\n") << name;
+        }
+        if (reader >= 0) ::close(reader);
+    }
+}
+
+TEST_F(LogFileTest, TheLogIsNotPassedToOtherPrograms) {
+    ASSERT_TRUE(shell::start_log_file(settings));
+    const int flags = ::fcntl(::fileno(host.log), F_GETFD);
+    EXPECT_NE(flags & FD_CLOEXEC, 0);
+}
+
+TEST_F(LogFileTest, AFailedWriteIsReportedOnceAndLoggingStops) {
+    ASSERT_TRUE(shell::start_log_file(settings));
+    std::fclose(host.log);
+    host.log = std::fopen("/dev/full", "w");  // what a full disk does to the log
+    ASSERT_NE(host.log, nullptr);
+    fe.take();
+    console_write("first\n");
+    EXPECT_EQ(host.log, nullptr);
+    EXPECT_EQ(fe.take(), "first\n\nThe log file could not be written (No space left on device): logging stopped.\n");
+    console_write("second\n");
+    log_typed_line("Command: ", "print 1");
+    EXPECT_EQ(fe.take(), "second\n");
 }
 
 }  // namespace

@@ -1,0 +1,60 @@
+#!/bin/sh
+# The files the interpreter holds: the log on a device, a FIFO and a disk
+# that fills up, and what a program started by SPAWN inherits.
+# Usage: held_files_test.sh PATH-TO-TESSALINE
+set -u
+bin=$1
+scratch=$(mktemp -d) || exit 1
+trap 'rm -rf "$scratch"' EXIT
+export HOME="$scratch/home"
+export XDG_CONFIG_HOME="$scratch/config"
+export XDG_STATE_HOME="$scratch/state"
+mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/logs"
+conf="$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
+
+fail() { echo "FAIL: $*"; exit 1; }
+use_log() { printf '[Settings]\nCreateLogFile=1\nLogFilePath=%s\nLogFileName=%s\nWorkPath=%s\n' "$1" "$2" "$scratch" >"$conf"; }
+
+# A device that takes the open but fails every write, and a FIFO nobody
+# reads: refused at once, and the session runs without a log.
+mkfifo "$scratch/logs/fifo"
+for name in /dev/full "$scratch/logs/fifo"; do
+  use_log "$(dirname "$name")" "$(basename "$name")"
+  out=$(printf 'print 6 * 7\n\n\n' | timeout 10 "$bin" /c 2>&1); rc=$?
+  [ "$rc" -eq 0 ] || fail "$name: exit code $rc: $out"
+  case $out in *"Cant open LOG file."*"42"*) ;; *) fail "$name: $out" ;; esac
+  case $out in *"Log File Opened"*) fail "$name: taken as a log: $out" ;; esac
+done
+
+# A log that stops taking writes half way (here a file size limit) is
+# reported once; the program runs on.
+use_log "$scratch/logs" limited.log
+cat >"$scratch/many.bas" <<'BAS'
+for i = 1 to 400
+  print "line"; i
+next
+BAS
+out=$(cd "$scratch" && trap '' XFSZ && ulimit -f 4 && "$bin" /c many.bas </dev/null 2>&1); rc=$?
+[ "$rc" -eq 0 ] || fail "limited log: exit code $rc"
+n=$(printf '%s\n' "$out" | grep -c 'The log file could not be written')
+[ "$n" -eq 1 ] || fail "limited log: reported $n times: $out"
+case $out in *"line          400"*) ;; *) fail "limited log: the program stopped: $out" ;; esac
+
+# A program started by SPAWN gets standard input, output and error only:
+# not the log, whatever else is open. Its arguments can be passed quoted.
+use_log "$scratch/logs" spawn.log
+cat >"$scratch/spawn.bas" <<'BAS'
+spawn "ls -l /proc/self/fd > fds.txt"
+odd$ = "it's $HOME; `id` \"q\""
+spawn "printf '[%s]\n' > args.txt", odd$, "two words", ""
+delay 1
+BAS
+out=$(cd "$scratch" && "$bin" /c spawn.bas </dev/null 2>&1) || fail "spawn: $out"
+[ -s "$scratch/fds.txt" ] || fail "spawn: no listing: $out"
+grep -q 'spawn.log' "$scratch/fds.txt" && fail "spawn: the log leaked: $(cat "$scratch/fds.txt")"
+# 0, 1, 2 and the folder ls reads itself.
+extra=$(awk '$(NF-2) ~ /^[0-9]+$/ && $(NF-2) > 3' "$scratch/fds.txt")
+[ -z "$extra" ] || fail "spawn: descriptors passed on: $extra"
+expected=$(printf '[%s]\n[two words]\n[]' "it's \$HOME; \`id\` \"q\"")
+[ "$(cat "$scratch/args.txt")" = "$expected" ] || fail "spawn: arguments: $(cat "$scratch/args.txt")"
+echo "ok"
