@@ -276,5 +276,13 @@ private slots:
     }
 };
 
-QTEST_MAIN(WindowTest)
+int main(int argc, char** argv) {
+    // Qt's runtime folder is a private one of this run (it is made 0700 and
+    // removed at the end), not one left behind in the temporary folder.
+    const QTemporaryDir runtime;
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit());
+    QApplication app(argc, argv);
+    WindowTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "window_test.moc"
