@@ -46,5 +46,7 @@ std::size_t color_escape(int attribute, char (&out)[32]);
 inline constexpr int help_document_count = 15;
 [[nodiscard]] const char* help_document_title(int number);
 [[nodiscard]] const char* help_document_file(int number);
+/// The folder of the help documents, "help" beside the executable, with its final "/".
+void help_folder(char (&out)[4096]);
 
 }  // namespace tl

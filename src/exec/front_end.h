@@ -13,6 +13,9 @@
 namespace tl {
 
 class GraphWindow;
+class ConsoleEffects;   // console_effects.h
+class MessageDialog;    // message_dialog.h
+class DocumentViewer;   // document_viewer.h
 
 class FrontEnd {
 public:
@@ -78,6 +81,10 @@ struct HostState {
     /// The folder that holds the interpreter itself, with its trailing
     /// separator (the special function "programdir$"); set by the shell.
     char program_folder[261] = {};
+    /// Services of hosts that have windows (null: the Console-mode behaviour).
+    ConsoleEffects* effects = nullptr;
+    MessageDialog* message_dialog = nullptr;
+    DocumentViewer* documents = nullptr;
     /// The last line typed for INPUT or LINE INPUT (kept so its storage is reused).
     std::string input_line;
 };

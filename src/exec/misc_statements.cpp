@@ -6,9 +6,12 @@
 #include <chrono>
 #include <cmath>
 #include <cstring>
+#include <string>
 #include <thread>
 
 #include "exec/commands.h"
+#include "exec/console_effects.h"
+#include "exec/document_viewer.h"
 #include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
@@ -116,7 +119,8 @@ bool spawn_command(const char* command) {
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// The folder of the help documents: "help" beside the executable.
+}  // namespace
+
 void help_folder(char (&out)[4096]) {
     constexpr std::string_view sub = "help/";
     const ssize_t n = readlink("/proc/self/exe", out, sizeof out - sub.size() - 1);
@@ -125,6 +129,8 @@ void help_folder(char (&out)[4096]) {
     sub.copy(out + length, sub.size());
     out[length + sub.size()] = 0;
 }
+
+namespace {
 
 /// Evaluates a string parameter into `out`; 146 for anything else.
 int string_parameter(char (&out)[scan_buffer_size]) {
@@ -162,12 +168,20 @@ std::size_t color_escape(int attribute, char (&out)[32]) {
 }
 
 int do_beep() {
-    if (!exec.skip && console_front_end()) terminal_write("\a");
+    if (exec.skip) return 0;
+    if (host.effects != nullptr)
+        host.effects->beep();
+    else if (console_front_end())
+        terminal_write("\a");
     return 0;
 }
 
 int do_cls() {
-    if (!exec.skip) console_write("\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n");
+    if (exec.skip) return 0;
+    if (host.effects != nullptr)
+        host.effects->clear_console();
+    else
+        console_write("\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n");
     return 0;
 }
 
@@ -179,7 +193,9 @@ int do_color() {
     if (rc == 0) return error_at_column(err_missing_parameter, column);
     if (passing_over()) return 0;
     if (!(value >= 0.0 && value < 256.0)) return error_at_column(err_parameter_out_range, column);
-    if (console_front_end() && isatty(STDOUT_FILENO)) {
+    if (host.effects != nullptr) {
+        host.effects->set_console_color(static_cast<int>(value));
+    } else if (console_front_end() && isatty(STDOUT_FILENO)) {
         char escape[32];
         terminal_write(std::string_view(escape, color_escape(static_cast<int>(value), escape)));
     }
@@ -266,6 +282,12 @@ int do_help() {
     const int number = static_cast<int>(value);
     char folder[4096];
     help_folder(folder);
+    if (host.documents != nullptr) {
+        std::string path = folder;
+        path += help_document_file(number);
+        if (!host.documents->open_document(path)) return error_at_column(err_error_occurred_doing_spawn, column);
+        return 0;
+    }
     if (console_front_end()) {
         console_print("\"%s\" is the document %s%s\n", help_document_title(number), folder, help_document_file(number));
         return 0;

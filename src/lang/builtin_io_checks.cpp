@@ -11,6 +11,7 @@
 
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
+#include "exec/message_dialog.h"
 #include "lang/builtin_support.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
@@ -188,6 +189,14 @@ int fn_messagebox_handler(Item* p, int count) {
     }
     if (r < 0) return r;
 
+    if (host.message_dialog != nullptr) {
+        const int chosen = host.message_dialog->ask(title, text, buttons, icon);
+        if (chosen == answer_interrupted || host.flags.interrupt_requested) {
+            host.flags.interrupt_requested = false;
+            return report_error(err_user_interrupted_program);
+        }
+        return double_result(chosen);
+    }
     console_print("%s%s: %s\n", icon_marks[icon], title, text);
     // A keyword's first letter answers; an empty line or the end of input
     // chooses the first button.

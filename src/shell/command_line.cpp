@@ -38,10 +38,15 @@ CommandLineCheck check_command_line(const std::string& program_path, const std::
         check.action = StartAction::show_help;
     else if (std::find(parameters.begin(), parameters.end(), "--version") != parameters.end())
         check.action = StartAction::show_version;
+    check.batch = !check.console_mode && std::find(parameters.begin(), parameters.end(), "--batch") != parameters.end();
     for (std::size_t i = check.console_mode ? 1 : 0; i < parameters.size(); ++i) {
         if (parameters[i].rfind("--", 0) == 0) continue;
         check.program_file = parameters[i];
         break;
+    }
+    if (check.batch && check.program_file.empty() && check.action == StartAction::run) {
+        check.action = StartAction::refuse;
+        check.error = batch_without_file_message;
     }
     return check;
 }
@@ -64,17 +69,22 @@ std::string folder_of(const std::string& path) {
 
 std::string usage_text() {
     return "Usage: tessaline [/c] [FILE.bas] [--help] [--version]\n"
+           "       tessaline --batch FILE.bas\n"
            "\n"
            "Tessaline, an interactive BASIC interpreter.\n"
            "\n"
+           "  (nothing)  open the main window\n"
            "  /c         run in Console mode, in this terminal (must be the first parameter)\n"
            "  FILE.bas   load and run this program first, as the command run \"FILE.bas\" does;\n"
-           "             then the command loop reads standard input. The exit status is 1\n"
-           "             when that program ended with an error, else 0.\n"
+           "             in Console mode the command loop then reads standard input, and the\n"
+           "             exit status is 1 when that program ended with an error, else 0.\n"
+           "  --batch    run FILE.bas in window mode without showing anything: console lines\n"
+           "             go to standard output, INPUT reads standard input, dialogs take their\n"
+           "             default answers; the exit status is 1 after an error, else 0.\n"
            "  --help     print this text and exit\n"
            "  --version  print the version and exit\n"
            "\n"
-           "The window is not available yet: without /c Tessaline starts in Console mode too.\n"
+           "Without a display Tessaline says so and starts in Console mode.\n"
            "Settings are kept in \"Ostraval Software/Tessaline.conf\" under the user's\n"
            "configuration folder (usually ~/.config).\n";
 }

@@ -16,6 +16,7 @@ inline constexpr std::size_t max_parameters = 10;
 
 inline constexpr const char* too_long_message = "Invalid Parameters (too long)";
 inline constexpr const char* too_many_message = "Invalid Parameters (too many)";
+inline constexpr const char* batch_without_file_message = "--batch needs the name of a program file";
 
 enum class StartAction { run, show_help, show_version, refuse };
 
@@ -23,6 +24,8 @@ struct CommandLineCheck {
     StartAction action = StartAction::run;
     /// "/c" (any letter case) as the first parameter.
     bool console_mode = false;
+    /// "--batch" (not with "/c"): run the program file in window mode, unseen.
+    bool batch = false;
     /// A program file to load and run first: the first parameter after "/c"
     /// (or the first parameter) that is not an option; empty when none.
     std::string program_file;
@@ -35,7 +38,8 @@ struct CommandLineCheck {
                                               const std::vector<std::string>& parameters);
 
 /// Refuses a command line over 511 characters or with more than 10 parameters;
-/// otherwise notes Console mode and "--help" / "--version" (in any position).
+/// otherwise notes Console mode, "--batch" (which needs a program file) and
+/// "--help" / "--version" (in any position).
 /// Parameters other than these are ignored.
 [[nodiscard]] CommandLineCheck check_command_line(const std::string& program_path,
                                                   const std::vector<std::string>& parameters);

@@ -7,6 +7,7 @@
 #include "exec/commands.h"
 #include "exec/run_loop.h"
 #include "lang/lang_state.h"
+#include "shell/recent_lists.h"
 #include "shell/shell_state.h"
 
 namespace tl::shell {
@@ -14,11 +15,7 @@ namespace {
 
 /// The settings' recent-command list: newest first, no repeats, 20 at most.
 void remember_command(const std::string& line) {
-    auto& entries = shell_state.settings.recent_commands.entries;
-    auto found = std::find(entries.begin(), entries.end(), line);
-    if (found != entries.end()) entries.erase(found);
-    entries.insert(entries.begin(), line);
-    entries.resize(static_cast<std::size_t>(recent_command_count));
+    remember_recent(shell_state.settings.recent_commands, line);
     shell_state.terminal.remember(line);
 }
 
@@ -34,6 +31,12 @@ bool run_program_file(const std::string& file) {
     host.flags.interrupt_requested = false;
     console_write("\n----- Beginning Program Execution---------------------------------------------\n");
     return load_and_run(file.c_str(), false, false) >= 0;
+}
+
+bool run_loaded_program() {
+    host.flags.interrupt_requested = false;
+    console_write("\n----- Beginning Program Execution---------------------------------------------\n");
+    return load_and_run(nullptr, false, false) >= 0;
 }
 
 void run_console_loop(FrontEnd& front_end) {

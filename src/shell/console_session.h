@@ -18,6 +18,10 @@ int execute_typed_line(const std::string& line);
 /// program ended without an error.
 bool run_program_file(const std::string& file);
 
+/// Runs the loaded program as the command "run" does; true when it ended
+/// without an error.
+bool run_loaded_program();
+
 /// Prompts with "Command: " (or "Stepping -- Command: " while a program is
 /// paused) and runs each line until an empty line or the end of input.
 void run_console_loop(FrontEnd& front_end);

@@ -5,17 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "exec/front_end.h"
-#include "exec/memory_areas.h"
-#include "lang/language_init.h"
 #include "shell/command_line.h"
 #include "shell/console_session.h"
 #include "shell/log_file.h"
-#include "shell/session_settings.h"
-#include "shell/settings.h"
+#include "shell/session.h"
 #include "shell/shell_state.h"
 #include "shell/termination_signals.h"
-#include "shell/working_folder.h"
+#include "shell/window_launch.h"
 
 namespace {
 
@@ -38,21 +34,11 @@ std::string history_file() {
     return ec ? std::string() : folder + "/history";
 }
 
-/// Start-up in its fixed order; returns the exit code when the session is over.
+/// Console mode from start to end; returns the exit code.
 int run_session(const std::string& program_file) {
     ShellState& s = shell_state;
-    const std::string snapshot_path = settings_snapshot_path();
-    const SettingsSnapshot loaded = load_session_settings(snapshot_path);
-    s.settings = loaded.settings;
-    tl::host.front_end = &s.terminal;
-
-    if (tl::init_language_tables(s.settings.sizes) < 0) return 1;
-    std::snprintf(tl::host.program_folder, sizeof tl::host.program_folder, "%s%s", s.program_folder.c_str(),
-                  s.program_folder.ends_with('/') ? "" : "/");
-
-    s.working_folder = choose_working_folder(s.settings, loaded.documents_folder, s.program_folder);
-    if (!enter_working_folder(s.working_folder))
-        std::fprintf(stderr, "Cannot enter the working folder %s\n", s.working_folder.c_str());
+    SessionStart start;
+    if (!begin_session(start, s.terminal)) return 1;
     start_log_file(s.settings);
 
     install_interrupt_handler();
@@ -63,12 +49,7 @@ int run_session(const std::string& program_file) {
     if (termination_signal() == 0) run_console_loop(s.terminal);
     s.terminal.save_history();
     if (termination_signal() == 0) wait_before_exit(s.terminal);
-
-    if (!save_session_settings(s.settings, loaded, snapshot_path))
-        std::fprintf(stderr, "The settings could not be saved.\n");
-    close_log_file();
-    tl::reset_interpreter_state();  // gives back every area, arrays included
-    tl::host.front_end = nullptr;
+    end_session(start);
     return program_ok ? 0 : 1;
 }
 
@@ -93,8 +74,18 @@ int main(int argc, char** argv) {
         break;
     }
 
-    shell_state.program_folder = folder_of(executable_path(argc > 0 ? argv[0] : nullptr));
-    // The window does not exist yet, so every start runs in Console mode.
+    const std::string executable = executable_path(argc > 0 ? argv[0] : nullptr);
+    // The window and batch mode are the window program's; Console mode is
+    // this one's, also when no display can be opened.
+    if (check.batch) {
+        exec_window_program(executable, argv);
+        return 1;
+    }
+    if (!check.console_mode) {
+        if (display_available()) exec_window_program(executable, argv);
+        else std::fputs(no_display_message, stderr);
+    }
+    shell_state.program_folder = folder_of(executable);
     shell_state.console_mode = true;
     // A program named on the command line is found from the folder Tessaline
     // was started in, before the working folder becomes current.

@@ -82,6 +82,11 @@ struct AppSettings {
 /// is rewritten. Returns false when the file could not be written.
 bool save_settings(const AppSettings& settings, const std::string& ini_file = {});
 
+/// Writes the fourteen sizing values (those that differ from the file). The
+/// Customize dialog's way: they take effect at the next start. False when
+/// the file could not be written.
+bool save_sizing(const SizingValues& sizes, const std::string& ini_file = {});
+
 /// True when saving `settings` would leave the file as it is.
 [[nodiscard]] bool settings_stored_as(const AppSettings& settings, const std::string& ini_file = {});
 

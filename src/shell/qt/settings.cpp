@@ -241,6 +241,20 @@ bool save_settings(const AppSettings& s, const std::string& ini_file) {
     return store->status() != QSettings::AccessError;
 }
 
+bool save_sizing(const SizingValues& sizes, const std::string& ini_file) {
+    auto store = open_usable_store(ini_file);
+    if (!store) return false;
+    store->beginGroup(QString::fromLatin1(settings_group));
+    bool changed = false;
+    for (int i = 0; i < sizing_count; ++i)
+        changed = put(*store, QString::fromLatin1(sizing_records[static_cast<std::size_t>(i)].value_name),
+                      QString::number(sizes.value[static_cast<std::size_t>(i)]), true) ||
+                  changed;
+    store->endGroup();
+    if (changed) store->sync();
+    return store->status() == QSettings::NoError;
+}
+
 bool settings_stored_as(const AppSettings& s, const std::string& ini_file) {
     auto store = open_usable_store(ini_file);
     if (!store) return true;  // a file that is never written counts as up to date

@@ -1,0 +1,102 @@
+// window_main.cpp — the entry of the window program: the main window, or batch mode.
+//
+// `tessaline` hands every start that is not Console mode over to this
+// program (see shell/window_launch.h), with the same command line.
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+#include <QTimer>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "gui/batch_host.h"
+#include "gui/main_window.h"
+#include "shell/command_line.h"
+#include "shell/log_file.h"
+#include "shell/session.h"
+#include "shell/shell_state.h"
+
+namespace {
+
+using namespace tl;
+
+/// A dark palette for desktops whose dark theme Qt does not pick up by
+/// itself (asked for with TESSALINE_DARK=1).
+void use_dark_palette(QApplication& app) {
+    app.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QPalette p;
+    const QColor window(45, 45, 48), base(30, 30, 30), text(220, 220, 220), disabled(128, 128, 128);
+    p.setColor(QPalette::Window, window);
+    p.setColor(QPalette::WindowText, text);
+    p.setColor(QPalette::Base, base);
+    p.setColor(QPalette::AlternateBase, window);
+    p.setColor(QPalette::ToolTipBase, window);
+    p.setColor(QPalette::ToolTipText, text);
+    p.setColor(QPalette::Text, text);
+    p.setColor(QPalette::Button, window);
+    p.setColor(QPalette::ButtonText, text);
+    p.setColor(QPalette::Highlight, QColor(38, 79, 120));
+    p.setColor(QPalette::HighlightedText, Qt::white);
+    p.setColor(QPalette::Link, QColor(90, 160, 255));
+    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        p.setColor(QPalette::Disabled, role, disabled);
+    app.setPalette(p);
+}
+
+int run_window(int argc, char** argv, const std::string& program_file) {
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName(QString::fromLatin1(shell::settings_organisation));
+    QApplication::setApplicationName(QString::fromLatin1(shell::settings_application));
+    if (const char* dark = std::getenv("TESSALINE_DARK"); dark != nullptr && std::string(dark) == "1")
+        use_dark_palette(app);
+
+    shell::SessionStart start;
+    if (!shell::begin_session(start, shell::shell_state.terminal)) return 1;
+    int status = 0;
+    {
+        gui::MainWindow window([&start] { (void)shell::save_session(start); });
+        window.install();
+        window.show();
+        shell::start_log_file(shell::shell_state.settings);
+        if (!program_file.empty())
+            QTimer::singleShot(0, &window, [&window, &program_file] { window.run_file(QString::fromStdString(program_file)); });
+        status = QApplication::exec();
+    }
+    shell::end_session(start);
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace tl::shell;
+    const std::string program_path = argc > 0 && argv[0] != nullptr ? argv[0] : "";
+    const std::vector<std::string> parameters(argv + (argc > 0 ? 1 : 0), argv + argc);
+    const CommandLineCheck check = check_command_line(program_path, parameters);
+    switch (check.action) {
+    case StartAction::refuse: std::fprintf(stderr, "Error: %s\n", check.error.c_str()); return -1;
+    case StartAction::show_help: std::fputs(usage_text().c_str(), stdout); return 0;
+    case StartAction::show_version: std::printf("Tessaline %s\n", tessaline_version); return 0;
+    case StartAction::run: break;
+    }
+    shell_state.program_folder = folder_of(executable_path(argc > 0 ? argv[0] : nullptr));
+    shell_state.console_mode = false;
+    std::string program_file = check.program_file;
+    if (!program_file.empty()) {
+        std::error_code ec;
+        const std::filesystem::path absolute = std::filesystem::absolute(program_file, ec);
+        if (!ec) program_file = absolute.lexically_normal().string();
+    }
+    if (check.batch) {
+        // Nothing is shown: no display is needed.
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        QApplication app(argc, argv);
+        QApplication::setOrganizationName(QString::fromLatin1(settings_organisation));
+        QApplication::setApplicationName(QString::fromLatin1(settings_application));
+        return tl::gui::run_batch(program_file);
+    }
+    return run_window(argc, argv, program_file);
+}

@@ -1,0 +1,30 @@
+// window_launch.h — handing a start over to the window program.
+//
+// The window and batch mode live in their own executable, tessaline-window,
+// beside this one: it links Qt's widgets and the shared C++ library, which a
+// Console-mode start never loads. A start that wants the window replaces
+// this process with it (same process id, arguments and environment).
+#pragma once
+
+#include <string>
+
+namespace tl::shell {
+
+inline constexpr const char* window_program_name = "tessaline-window";
+
+/// The line printed on standard error when no display can be opened.
+inline constexpr const char* no_display_message =
+    "tessaline: no display could be opened; starting Console mode (use /c for Console mode, "
+    "or --batch FILE.bas to run a program without a window)\n";
+
+/// True when a window can be shown: QT_QPA_PLATFORM names a platform other
+/// than xcb, or a Wayland display is set, or the X display in DISPLAY
+/// accepts a connection (tried through libxcb, loaded for the test only).
+[[nodiscard]] bool display_available();
+
+/// Replaces the process with the window program found beside `executable`,
+/// passing `argv` on. Returns only when that failed (after a message on
+/// standard error).
+void exec_window_program(const std::string& executable, char** argv);
+
+}  // namespace tl::shell

@@ -1,0 +1,288 @@
+// window_test.cpp — the main window driven as a user would, offscreen (Qt Test).
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+#include <functional>
+#include <memory>
+
+#include "exec/exec_state.h"
+#include "exec/front_end.h"
+#include "gui/console_view.h"
+#include "gui/customize_dialog.h"
+#include "gui/log_file_dialog.h"
+#include "gui/main_window.h"
+#include "lang/language_init.h"
+#include "shell/log_file.h"
+#include "shell/shell_state.h"
+
+using tl::gui::MainWindow;
+
+namespace {
+
+/// Calls `act` on the first visible top-level widget of type T (a dialog or
+/// box), polling every 20 ms until one appears; stops after 5 seconds.
+template <class T>
+void when_shown(std::function<void(T*)> act) {
+    auto* timer = new QTimer;
+    auto started = std::make_shared<QElapsedTimer>();
+    started->start();
+    QObject::connect(timer, &QTimer::timeout, [timer, act, started] {
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            if (auto* t = qobject_cast<T*>(w); t != nullptr && t->isVisible()) {
+                timer->stop();
+                timer->deleteLater();
+                act(t);
+                return;
+            }
+        }
+        if (started->elapsed() > 5000) {
+            timer->stop();
+            timer->deleteLater();
+        }
+    });
+    timer->start(20);
+}
+
+/// Calls `act` once `ready` holds, polling every 10 ms (at most 5 seconds).
+void when(std::function<bool()> ready, std::function<void()> act) {
+    auto* timer = new QTimer;
+    auto started = std::make_shared<QElapsedTimer>();
+    started->start();
+    QObject::connect(timer, &QTimer::timeout, [timer, ready, act, started] {
+        if (ready() || started->elapsed() > 5000) {
+            timer->stop();
+            timer->deleteLater();
+            if (started->elapsed() <= 5000) act();
+        }
+    });
+    timer->start(10);
+}
+
+}  // namespace
+
+class WindowTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<MainWindow> window;
+    QTemporaryDir folder;
+    int saves = 0;
+
+    QString text() { return window->console()->all_text(); }
+    QString write_program(const char* name, const char* body) {
+        const QString path = folder.filePath(QString::fromLatin1(name));
+        QFile f(path);
+        if (!f.open(QIODevice::WriteOnly)) return {};
+        f.write(body);
+        return path;
+    }
+    void load(const QString& path) { window->submit(QStringLiteral("load \"%1\"").arg(path)); }
+
+private slots:
+    void init() {
+        tl::reset_interpreter_state();
+        tl::shell::shell_state.settings = tl::shell::AppSettings{};
+        QVERIFY(tl::init_language_tables(tl::default_sizing()) == 0);
+        saves = 0;
+        window = std::make_unique<MainWindow>([this] { ++saves; });
+        window->install();
+        window->show();
+    }
+    void cleanup() {
+        window.reset();
+        tl::reset_interpreter_state();
+    }
+
+    void typed_command_shows_its_output() {
+        QVERIFY(window->command_field()->hasFocus() || !window->isActiveWindow());
+        window->submit(QStringLiteral("print 6*7"));
+        QVERIFY(text().contains(QStringLiteral("Command: print 6*7\n")));
+        QVERIFY(text().contains(QStringLiteral(" 42")));
+        QCOMPARE(window->command_field()->text(), QString());
+        // The line is remembered: Up brings it back.
+        QTest::keyClick(window->command_field(), Qt::Key_Up);
+        QCOMPARE(window->command_field()->text(), QStringLiteral("print 6*7"));
+        QCOMPARE(QString::fromStdString(tl::shell::shell_state.settings.recent_commands.entries[0]), QStringLiteral("print 6*7"));
+    }
+
+    void a_program_is_loaded_and_run() {
+        const QString path = write_program("count.bas", "10 for i = 1 to 3\n20 print \"n\"; i\n30 next i\n");
+        load(path);
+        QVERIFY(text().contains(QStringLiteral("Program successfully loaded")));
+        QVERIFY(window->windowTitle().startsWith(QStringLiteral("count.bas")));
+        window->run_button()->click();
+        QVERIFY(text().contains(QStringLiteral("n 1\nn 2\nn 3\n")) || text().contains(QStringLiteral("n            3")));
+        QVERIFY(!window->busy());
+        QCOMPARE(window->command_label()->text(), QStringLiteral("Command:"));
+    }
+
+    void stop_interrupts_an_endless_loop_and_the_prompt_works_after() {
+        load(write_program("loop.bas", "10 goto 10\n"));
+        when([this] { return window->busy() && window->stop_button()->isEnabled(); },
+             [this] { window->stop_button()->click(); });
+        window->submit(QStringLiteral("run"));
+        QVERIFY(text().contains(QStringLiteral("User interrupted program")));
+        QVERIFY(!window->busy());
+        QVERIFY(!window->stop_button()->isEnabled());
+        window->submit(QStringLiteral("print 1+1"));
+        QVERIFY(text().endsWith(QStringLiteral(" 2\n")));
+    }
+
+    void stepping_runs_one_statement_per_step() {
+        load(write_program("steps.bas", "10 print \"first\"\n20 print \"second\"\n30 print \"third\"\n"));
+        QStringList seen;  // the console at each stepping wait
+        auto* timer = new QTimer(this);
+        connect(timer, &QTimer::timeout, this, [&] {
+            if (window->command_label()->text() != QStringLiteral("Stepping -- Command:") ||
+                !window->step_button()->isEnabled() || !window->command_field()->isEnabled())
+                return;
+            seen << text();
+            QCOMPARE(window->run_button()->text(), QStringLiteral("Continue"));
+            window->step_button()->click();
+        });
+        timer->start(15);
+        window->step_button()->click();  // from idle: run the program in step mode
+        timer->stop();
+        QVERIFY(seen.size() >= 3);
+        QVERIFY(seen[0].contains(QStringLiteral("Stepping...(click STEP or CONTINUE)")));
+        QVERIFY(!seen[0].contains(QStringLiteral("\nfirst")));
+        QVERIFY(seen[1].contains(QStringLiteral("\nfirst")) && !seen[1].contains(QStringLiteral("\nsecond")));
+        QVERIFY(seen[2].contains(QStringLiteral("\nsecond")) && !seen[2].contains(QStringLiteral("\nthird")));
+        QVERIFY(text().contains(QStringLiteral("\nthird")));
+        QCOMPARE(window->run_button()->text(), QStringLiteral("Run"));
+    }
+
+    void input_takes_the_command_fields_line() {
+        load(write_program("ask.bas", "10 input \"Name\"; a$\n20 print \"Hello \"; a$\n"));
+        when([this] { return window->command_label()->text() == QStringLiteral("Input:"); },
+             [this] {
+                 window->command_field()->setText(QStringLiteral("World"));
+                 QTest::keyClick(window->command_field(), Qt::Key_Return);
+             });
+        window->submit(QStringLiteral("run"));
+        QVERIFY(text().contains(QStringLiteral("Name? World\n")));
+        QVERIFY(text().contains(QStringLiteral("Hello World")));
+    }
+
+    void messagebox_answers_and_stays_interruptible() {
+        when_shown<QMessageBox>([](QMessageBox* box) { box->button(QMessageBox::No)->click(); });
+        window->submit(QStringLiteral("print messagebox(\"Go on?\", \"Ask\", \"yesno\")"));
+        QVERIFY(text().contains(QStringLiteral(" 7\n")));
+        // Stop while the box waits: error 106.
+        when_shown<QMessageBox>([this](QMessageBox*) { window->stop_button()->click(); });
+        window->submit(QStringLiteral("print messagebox(\"Wait\")"));
+        QVERIFY(text().contains(QStringLiteral("User interrupted program")));
+    }
+
+    void customize_refuses_a_value_out_of_range() {
+        std::array<QString, tl::sizing_count> texts;
+        for (int i = 0; i < tl::sizing_count; ++i) texts[static_cast<std::size_t>(i)] = QString::number(tl::sizing_records[static_cast<std::size_t>(i)].default_value);
+        texts[tl::size_string_space] = QStringLiteral("5000000");
+        QString message;
+        int bad = -1;
+        QVERIFY(!tl::gui::parse_sizing(texts, message, bad));
+        QCOMPARE(message, QStringLiteral("String Space must be between 1000 and 4000000"));
+        QCOMPARE(bad, static_cast<int>(tl::size_string_space));
+        texts[tl::size_string_space] = QStringLiteral("x");
+        QVERIFY(!tl::gui::parse_sizing(texts, message, bad));
+        texts[tl::size_string_space] = QStringLiteral("1000");
+        const auto ok = tl::gui::parse_sizing(texts, message, bad);
+        QVERIFY(ok && (*ok)[tl::size_string_space] == 1000);
+
+        // The dialog shows the message in a box titled "Customize" and stays open.
+        tl::gui::CustomizeDialog dialog(tl::default_sizing(), window.get());
+        dialog.field(tl::size_screen_size)->setText(QStringLiteral("3"));
+        QString title, shown;
+        bool still_open = false;
+        QTimer::singleShot(0, [&] {
+            when_shown<QMessageBox>([&](QMessageBox* box) {
+                title = box->windowTitle();
+                shown = box->text();
+                box->accept();
+                QTimer::singleShot(0, [&] {
+                    still_open = dialog.isVisible();
+                    dialog.reject();
+                });
+            });
+            dialog.accept();  // OK: the check refuses and the dialog stays
+        });
+        QCOMPARE(dialog.exec(), static_cast<int>(QDialog::Rejected));
+        QVERIFY(still_open);
+        QCOMPARE(title, QStringLiteral("Customize"));
+        QCOMPARE(shown, QStringLiteral("Screen Size must be between 1 and 2"));
+    }
+
+    void file_name_dialog_refuses_empty_names() {
+        tl::gui::FileNames names{true, {}, QStringLiteral(" "), {}, QStringLiteral("p.txt")};
+        QCOMPARE(tl::gui::file_names_refusal(names), QString::fromLatin1(tl::gui::empty_log_name_message));
+        names.create_log_file = false;
+        QCOMPARE(tl::gui::file_names_refusal(names), QString());
+        names.program_name.clear();
+        QCOMPARE(tl::gui::file_names_refusal(names), QString::fromLatin1(tl::gui::empty_program_name_message));
+        tl::gui::LogFileDialog dialog(tl::gui::FileNames{}, window.get());
+        QCOMPARE(dialog.log_name_field()->text(), QStringLiteral("logfile.log"));
+        QCOMPARE(dialog.program_name_field()->text(), QStringLiteral("program.txt"));
+    }
+
+    void the_log_file_failure_box_shows_once() {
+        tl::shell::AppSettings s;
+        s.create_log_file = true;
+        s.log_file_path = folder.filePath(QStringLiteral("no/such/folder")).toStdString();
+        int boxes = 0;
+        QString title, shown;
+        when_shown<QMessageBox>([&](QMessageBox* box) {
+            ++boxes;
+            title = box->windowTitle();
+            shown = box->text();
+            box->accept();
+        });
+        QVERIFY(!tl::shell::start_log_file(s));
+        QCOMPARE(boxes, 1);
+        QCOMPARE(title, QStringLiteral("Error"));
+        QCOMPARE(shown, QStringLiteral("Cant open LOG file."));
+        QVERIFY(text().contains(QStringLiteral("Cant open LOG file.\n")));
+        window->submit(QStringLiteral("print 3"));
+        QVERIFY(text().endsWith(QStringLiteral("print 3\n3\n")));
+    }
+
+    void closing_while_a_program_runs_stops_it_and_closes() {
+        load(write_program("forever.bas", "10 x = x + 1\n20 goto 10\n"));
+        when([this] { return window->busy(); }, [this] { window->close(); });
+        window->submit(QStringLiteral("run"));
+        QVERIFY(text().contains(QStringLiteral("User interrupted program")));
+        QTRY_VERIFY(!window->isVisible());
+        QVERIFY(saves >= 1);
+    }
+
+    void the_console_keeps_its_newest_lines_within_its_size() {
+        tl::gui::ConsoleView* view = window->console();
+        view->set_capacity(4096);
+        window->submit(QStringLiteral("for i = 1 to 5000: print \"line\"; i: next i"));
+        const QString all = text();
+        QVERIFY(all.size() <= 4096);
+        QVERIFY(all.endsWith(QStringLiteral("line         5000\n")) || all.endsWith(QStringLiteral("line 5000\n")));
+        QVERIFY(all.startsWith(QStringLiteral("line")));  // whole lines were dropped
+        window->submit(QStringLiteral("cls"));
+        QCOMPARE(text(), QString());
+        // Text in UTF-8 arrives in pieces and shows whole.
+        view->append_text("\xc3");
+        view->flush();
+        view->append_text("\xa9\n");
+        QCOMPARE(text(), QString::fromUtf8("\xc3\xa9\n"));
+    }
+};
+
+int main(int argc, char** argv) {
+    // Qt's runtime folder is a private one of this run (it is made 0700 and
+    // removed at the end), not one left behind in the temporary folder.
+    const QTemporaryDir runtime;
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit());
+    QApplication app(argc, argv);
+    WindowTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "window_test.moc"

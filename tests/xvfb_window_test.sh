@@ -1,0 +1,57 @@
+#!/bin/sh
+# The real window under Xvfb: typing "print 6*7" and Enter into the focused
+# command field shows 42, and the log (CreateLogFile on) receives it.
+# Usage: xvfb_window_test.sh PATH-TO-TESSALINE
+set -u
+bin=$1
+fail() { echo "FAIL: $*"; exit 1; }
+command -v Xvfb >/dev/null && command -v xdotool >/dev/null || fail "xvfb and xdotool are needed (scripts/install-deps test)"
+
+scratch=$(mktemp -d) || exit 1
+xpid=""; wpid=""
+trap 'kill $wpid $xpid 2>/dev/null; wait 2>/dev/null; rm -rf "$scratch"' EXIT
+export HOME="$scratch/home" XDG_CONFIG_HOME="$scratch/config" XDG_CACHE_HOME="$scratch/cache" XDG_STATE_HOME="$scratch/state"
+export XDG_RUNTIME_DIR="$scratch/runtime"
+mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/work"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
+cat >"$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf" <<CONF
+[Settings]
+WorkPath=$scratch/work
+CreateLogFile=1
+LogFilePath=$scratch/work
+LogFileName=session.log
+CONF
+
+d=$((100 + $$ % 400))
+while [ -e "/tmp/.X11-unix/X$d" ] || [ -e "/tmp/.X$d-lock" ]; do d=$((d + 1)); done
+Xvfb ":$d" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+xpid=$!
+for i in $(seq 1 50); do [ -e "/tmp/.X11-unix/X$d" ] && break; sleep 0.1; done
+export DISPLAY=":$d"
+unset QT_QPA_PLATFORM WAYLAND_DISPLAY
+
+"$bin" >"$scratch/out" 2>&1 &
+wpid=$!
+win=""
+for i in $(seq 1 100); do
+  win=$(xdotool search --onlyvisible --name 'Tessaline' 2>/dev/null | head -1)
+  [ -n "$win" ] && break
+  sleep 0.1
+done
+[ -n "$win" ] || fail "no window appeared: $(cat "$scratch/out")"
+xdotool windowfocus "$win" 2>/dev/null
+sleep 0.5
+xdotool type --delay 20 'print 6*7'
+xdotool key Return
+log="$scratch/work/session.log"
+for i in $(seq 1 50); do grep -q '42' "$log" 2>/dev/null && break; sleep 0.1; done
+grep -q '^Command: print 6\*7$' "$log" || fail "the typed line is not in the log: $(cat "$log" 2>/dev/null)"
+grep -q ' 42$' "$log" || fail "42 is not in the log: $(cat "$log" 2>/dev/null)"
+# Closing the window ends the program cleanly.
+xdotool key ctrl+q
+for i in $(seq 1 50); do kill -0 $wpid 2>/dev/null || break; sleep 0.1; done
+kill -0 $wpid 2>/dev/null && fail "the window did not close on Ctrl+Q"
+wait $wpid; rc=$?
+[ $rc -eq 0 ] || fail "exit status $rc: $(cat "$scratch/out")"
+wpid=""
+echo "window under Xvfb: passed"
