@@ -13,6 +13,7 @@
 namespace tl {
 
 class GraphWindow;
+class PortChooser;
 
 class FrontEnd {
 public:
@@ -75,6 +76,9 @@ struct HostState {
     /// The host's graph window (src/exec/graph_window.h), or null where
     /// graphs cannot be shown.
     GraphWindow* graph_window = nullptr;
+    /// The host's serial-port chooser (src/exec/port_chooser.h), or null
+    /// where none can be shown.
+    PortChooser* port_chooser = nullptr;
     /// The folder that holds the interpreter itself, with its trailing
     /// separator (the special function "programdir$"); set by the shell.
     char program_folder[261] = {};

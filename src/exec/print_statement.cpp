@@ -5,6 +5,7 @@
 
 #include "exec/commands.h"
 #include "exec/exec_state.h"
+#include "exec/file_statements.h"
 #include "exec/output_line.h"
 #include "exec/statements.h"
 #include "lang/error_reporter.h"
@@ -152,15 +153,17 @@ int print_items(PrintSession& s) {
 
 int do_print(bool write_mode) {
     skip_blanks();
+    int file = 0;
     if (lang.scan.position < lang.scan.end && *lang.scan.position == '#') {
         if (exec.skip) {
             skip_statement_text();
             return 0;
         }
-        return error_at_column(err_invalid_file_number, scan_column());
+        file = start_print_to_file(write_mode);
+        if (file <= 0) return file;
     }
     PrintSession s;
-    begin_print(s, 0, write_mode);
+    begin_print(s, file, write_mode);
     lang.scan.in_print = true;
     const int rc = print_items(s);
     lang.scan.in_print = false;
