@@ -10,6 +10,7 @@
 //   PRINT #n, ...   WRITE #n, ...   INPUT #n, var, ...   LINE INPUT #n, var$
 #include "exec/file_statements.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -35,7 +36,7 @@ namespace tl {
 namespace {
 
 constexpr double max_record_number = 16777216.0;
-/// Variables one FIELD statement may define.
+/// Variables the FIELD statements of one file may define.
 constexpr std::size_t max_fields = 64;
 constexpr std::size_t max_file_targets = 64;
 
@@ -267,8 +268,10 @@ int random_get(FileEntry& f, long long record) {
         std::clearerr(f.stream);
         return report_error(err_random_file_read_error);
     }
-    // A record beyond the end, or its missing part, reads as blanks.
+    // A record beyond the end, or its missing part, reads as blanks; so do
+    // zero bytes, which no string can hold.
     std::memset(f.record.data() + got, ' ', f.record.size() - got);
+    std::replace(f.record.begin(), f.record.end(), '\0', ' ');
     if (got < f.record.size()) {
         std::clearerr(f.stream);
         ::fseeko(f.stream, static_cast<off_t>(record * length), SEEK_SET);
@@ -296,6 +299,17 @@ int random_put(FileEntry& f, long long record) {
         std::memset(r.data() + n, ' ', r.size() - n);
     }
     const long long length = f.record_length;
+    // Records skipped over are filled with blanks.
+    const long long size = file_size(f);
+    if (size >= 0 && size < (record - 1) * length) {
+        if (::fseeko(f.stream, static_cast<off_t>(size), SEEK_SET) != 0) return report_error(err_random_file_seek_error);
+        for (long long gap = (record - 1) * length - size; gap > 0; --gap) {
+            if (std::fputc(' ', f.stream) == EOF) {
+                std::clearerr(f.stream);
+                return report_error(err_random_file_write_error);
+            }
+        }
+    }
     if (::fseeko(f.stream, static_cast<off_t>((record - 1) * length), SEEK_SET) != 0)
         return report_error(err_random_file_seek_error);
     if (std::fwrite(r.data(), 1, r.size(), f.stream) != r.size() || std::fflush(f.stream) != 0) {
@@ -391,6 +405,7 @@ int do_open() {
         if (k == 0) return fail(v.column, err_missing_parameter);
         if (count == 1) number_column = v.column;
         if (count >= 7) return fail(v.column, err_incorrect_number_parameters);
+        lang.reporter.error_column = v.column;
         if (int rc = open_parameter(r, count, v); rc < 0) return rc;
         ++count;
         if (lang.scan.terminator != ',') break;
@@ -473,13 +488,26 @@ int do_field() {
         if (more == 0) break;
     }
     if (exec.skip) return 0;
+    // A variable defined again moves to its new place; new ones are added.
+    std::size_t added = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        bool known = false;
+        for (const FieldEntry& old : f->fields) known = known || old.word == fields[i].word;
+        added += known ? 0 : 1;
+    }
+    if (f->fields.size() + added > max_fields) return fail(0, err_too_many_field_statements);
     try {
-        f->fields.assign(fields, fields + count);
+        for (std::size_t i = 0; i < count; ++i) {
+            auto same = [&](const FieldEntry& e) { return e.word == fields[i].word; };
+            f->fields.erase(std::remove_if(f->fields.begin(), f->fields.end(), same), f->fields.end());
+            f->fields.push_back(fields[i]);
+        }
     } catch (const std::bad_alloc&) {
         return report_error(err_unable_allocate_storage_field);
     }
     // The variables start as the blanks of an empty record.
-    for (const FieldEntry& field : f->fields) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const FieldEntry& field = fields[i];
         const std::string blanks(field.width, ' ');
         if (int rc = store_string(field.word, blanks, store_assign); rc < 0) return rc;
     }

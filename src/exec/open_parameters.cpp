@@ -74,7 +74,7 @@ int open_parameter(OpenRequest& r, int index, const OpenValue& v) {
         default: break;
     }
     if (r.mode != file_mode_serial) {
-        if (index > 3) return fail(v.column, err_incorrect_number_parameters);
+        if (index > 3) return report_error(err_incorrect_number_parameters);
         return record_length(r, v);
     }
     switch (index) {
@@ -96,7 +96,7 @@ int open_parameter(OpenRequest& r, int index, const OpenValue& v) {
             r.serial.stop_bits = static_cast<int>(v.number);
             return 0;
         case 6: return record_length(r, v);
-        default: return fail(v.column, err_incorrect_number_parameters);
+        default: return report_error(err_incorrect_number_parameters);
     }
 }
 
