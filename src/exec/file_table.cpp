@@ -21,6 +21,8 @@ namespace {
 
 constexpr std::uint32_t max_record_length = 32767;
 constexpr std::uint32_t default_record_length = 255;
+/// Characters of a text file taken as one line at most.
+constexpr std::size_t max_line_length = 65536;
 
 int report_at(int column, int error) {
     lang.reporter.error_column = column;
@@ -292,6 +294,8 @@ int read_next_line(FileEntry& f) {
         any = true;
         if (c == '\n') break;
         f.input.push_back(static_cast<char>(c));
+        // A file without line ends is read in pieces.
+        if (f.input.size() >= max_line_length) break;
     }
     if (c == EOF && std::ferror(s) != 0) {
         std::clearerr(s);
