@@ -5,8 +5,8 @@
 //   eof(n [, "line"])             1 at the end of the file (of the current line), else 0
 //   filesize(n)                   bytes in the file (on a port: received, not yet read)
 //   input(n [, count])            the next count characters (1 when not given)
-//   read(n)                       the next line; on a BINARY file the next byte (-1 at the end)
-//   read(n, count [, position])   BINARY: up to count bytes (from byte position, 1-based)
+//   read(n)                       the next byte as a number, -1 at the end
+//   read(n, count [, position])   up to count bytes ("" at the end); BINARY: from byte position (1-based)
 //   browsecommports$(title)       the port the user picks in the window
 #include <cmath>
 #include <cstdio>
@@ -148,33 +148,35 @@ int fn_read_handler(Item* p, int count) {
     if (int r = open_file_parameter(p[0], f); r < 0) return r;
     if (count > 3) return report_error(err_incorrect_number_parameters);
     lang.reporter.error_column = p[0].column;
-    if (f->mode == file_mode_binary) {
-        if (count == 3) {
-            double position = 0;
-            if (int r = count_parameter(p[2], 1, 9.0e15, position); r < 0) return r;
-            if (seek_binary(*f, static_cast<long long>(position) - 1) < 0) return fail_at(err_error_on_input_file, p[2]);
-        }
-        if (count == 1) {
+    if (f->mode == file_mode_random) return fail_at(err_file_was_opened_different_mode, p[0]);
+    if (f->mode != file_mode_input && f->mode != file_mode_serial && f->mode != file_mode_binary)
+        return fail_at(err_file_not_open_input, p[0]);
+    if (count == 3) {
+        if (f->mode != file_mode_binary) return fail_at(err_file_was_opened_different_mode, p[2]);
+        double position = 0;
+        if (int r = count_parameter(p[2], 1, 9.0e15, position); r < 0) return r;
+        if (seek_binary(*f, static_cast<long long>(position) - 1) < 0) return fail_at(err_error_on_input_file, p[2]);
+    }
+    if (count == 1) {
+        if (f->mode == file_mode_binary) {
             std::fseek(f->stream, 0, SEEK_CUR);
             const int c = std::fgetc(f->stream);
             std::clearerr(f->stream);
             return double_result(c == EOF ? -1.0 : static_cast<double>(c));
         }
-        double n = 0;
-        if (int r = count_parameter(p[1], 0, f->record_length, n); r < 0) return r;
-        return binary_text(*f, static_cast<std::size_t>(n));
-    }
-    if (count > 1) return report_error(err_incorrect_number_parameters);
-    if (f->mode == file_mode_random) return fail_at(err_file_was_opened_different_mode, p[0]);
-    if (f->mode != file_mode_input && f->mode != file_mode_serial) return fail_at(err_file_not_open_input, p[0]);
-    if (!f->input_loaded) {
-        const int got = read_next_line(*f);
+        std::string one;
+        const int got = read_characters(*f, 1, one);
         if (got < 0) return got;
-        if (got == 0) return fail_at(err_end_file_on_input, p[0]);
+        return double_result(got == 0 ? -1.0 : static_cast<double>(static_cast<unsigned char>(one[0])));
     }
-    f->input_loaded = false;
-    const std::size_t from = f->input_position < f->input.size() ? f->input_position : f->input.size();
-    return text_result(f->input.data() + from, f->input.size() - from);
+    double n = 0;
+    if (int r = count_parameter(p[1], 0, f->mode == file_mode_binary ? f->record_length : max_string_length, n); r < 0)
+        return r;
+    if (f->mode == file_mode_binary) return binary_text(*f, static_cast<std::size_t>(n));
+    std::string text;
+    const int got = read_characters(*f, static_cast<std::size_t>(n), text);
+    if (got < 0) return got;
+    return text_result(text.data(), text.size());
 }
 
 int fn_browsecommports_handler(Item* p, int) {

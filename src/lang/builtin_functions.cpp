@@ -177,7 +177,9 @@ int do_function(int slot, Item* params, int count, bool has_list) {
         return report_error(err_missing_parameter_list_function_subscripts);
     if (slot < 0 || slot >= fn_count) return -1;
     const FunctionEntry& f = functions[slot];
-    const int dummy_kind = slot == fn_placeholder_41 ? user_function_result_kind() : f.result_kind;
+    int dummy_kind = slot == fn_placeholder_41 ? user_function_result_kind() : f.result_kind;
+    // read(n) is a byte, read(n, count ...) a string.
+    if (slot == fn_read && count > 1) dummy_kind = S;
     if (lang.scan.defining_function) return dummy_result(dummy_kind);
     if (count < f.min_params || count > f.max_params) return report_error(err_incorrect_number_parameters);
     // Passing over a statement: the call is checked, not made (no domain

@@ -28,8 +28,9 @@ close #3
 rem CR LF and LF line ends, a last line without an end, input() and read()
 open "data.crlf" for input as #4
 print "size"; filesize(4)
-print "["; input(4, 5); "]"
-print "["; read(4); "]"
+print "["; input(4, 5); "]"; read(4)
+line input #4, r$
+print "["; r$; "]"
 input #4, p$, q$
 print "["; p$; "]["; q$; "]"
 print "line used up:"; eof(4, "line");
