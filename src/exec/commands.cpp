@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "exec/exec_state.h"
+#include "exec/file_table.h"
 #include "exec/front_end.h"
 #include "graph/graph_state.h"
 #include "exec/memory_areas.h"
@@ -135,6 +136,7 @@ int load_and_run(const char* file, bool load_only, bool keep_data) {
         if (!exec.chain_pending || rc < 0) {
             if (exec.chain_pending && exec.program_messages) console_write("\n----- Program Terminated-------\n");
             exec.chain_pending = false;
+            (void)flush_all_files();
             return rc;
         }
         // CHAIN: the next program takes over.

@@ -43,4 +43,4 @@ rem the function form returns the file number
 print open("o", 5, "fn.txt")
 print #5, "written through open()"
 print filesize(5)
-print #5, "kept open at the end, flushed"
+print #5, "a line left open at the end is written out when the program ends";
