@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "exec/exec_state.h"
+#include "exec/file_table.h"
 #include "exec/front_end.h"
 #include "graph/graph_state.h"
 #include "exec/memory_areas.h"
@@ -137,6 +138,7 @@ int load_and_run(const char* file, bool load_only, bool keep_data) {
             // The end of a sequence of chained programs is announced.
             if (chained && exec.program_messages) console_write("\n----- Program Terminated-------\n");
             exec.chain_pending = false;
+            (void)flush_all_files();
             return rc;
         }
         // CHAIN: the next program takes over.

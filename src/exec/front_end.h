@@ -16,6 +16,7 @@ class GraphWindow;
 class ConsoleEffects;   // console_effects.h
 class MessageDialog;    // message_dialog.h
 class DocumentViewer;   // document_viewer.h
+class PortChooser;
 
 class FrontEnd {
 public:
@@ -78,6 +79,9 @@ struct HostState {
     /// The host's graph window (src/exec/graph_window.h), or null where
     /// graphs cannot be shown.
     GraphWindow* graph_window = nullptr;
+    /// The host's serial-port chooser (src/exec/port_chooser.h), or null
+    /// where none can be shown.
+    PortChooser* port_chooser = nullptr;
     /// The folder that holds the interpreter itself, with its trailing
     /// separator (the special function "programdir$"); set by the shell.
     char program_folder[261] = {};

@@ -14,6 +14,7 @@
 #include "exec/commands.h"
 #include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
+#include "exec/file_statements.h"
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
 #include "exec/run_loop.h"
@@ -128,6 +129,8 @@ int store_entry(const VariableTarget* targets, int count) {
 }
 
 int input_statement(bool line_input) {
+    skip_blanks();
+    if (lang.scan.position < lang.scan.end && *lang.scan.position == '#') return do_input_from_file(line_input);
     char prompt[scan_buffer_size + 4];
     if (int rc = read_prompt(prompt, line_input); rc < 0) return rc;
     VariableTarget targets[max_input_targets];

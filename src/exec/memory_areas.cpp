@@ -1,5 +1,6 @@
 // memory_areas.cpp — allocation of the memory areas, CLEAR and the memory report.
 #include "exec/memory_areas.h"
+#include "exec/file_table.h"
 
 #include <cstdlib>
 
@@ -104,6 +105,7 @@ int init_memory_areas(const SizingValues& sizes) {
         rc < 0)
         return rc;
     if (injected_failure(step_file_table)) return report_error(err_unable_allocate_storage_file_table);
+    close_all_files();
     areas.files.assign(sizes[size_number_of_files] + 2, FileEntry{});
     areas.files.front().width = 80;  // the console line; the others keep 255
     areas.data_statements = allocate<DataStatementEntry>(sizes[size_number_of_data_statements] + 1, step_data_statements);
@@ -128,6 +130,7 @@ MemoryAreas::~MemoryAreas() {
 }
 
 void clear_memory() {
+    close_all_files();
     free_arrays();
     areas.array_names.used = 0;
     clear_long_space();

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "exec/sizing_settings.h"
@@ -53,12 +54,23 @@ struct ByteArea {
     char* at(std::uint32_t offset) const { return data.get() + offset; }
 };
 
-// ORDER: file modes that the output line treats specially; the other modes
-// (the sequential ones) and the console behave alike.
+// ORDER: file modes. The output line treats RANDOM, SERIAL and BINARY
+// specially; the sequential modes and the console (0) behave alike.
 enum FileMode : std::uint32_t {
+    file_mode_input = 1,
     file_mode_random = 2,  ///< the line is the record buffer
+    file_mode_output = 3,
     file_mode_serial = 4,
+    file_mode_append = 5,
     file_mode_binary = 6,
+};
+
+/// One variable of a FIELD statement: `width` characters of the record from
+/// `offset` on belong to the string variable whose offset word is `word`.
+struct FieldEntry {
+    std::uint32_t* word = nullptr;
+    std::uint32_t offset = 0;
+    std::uint32_t width = 0;
 };
 
 /// Capacity of an output line buffer: a line of up to 255 characters or a
@@ -95,6 +107,17 @@ struct FileEntry {
     std::uint32_t tab_width = 14; ///< print-zone width
     /// The part of the line not yet written out; for RANDOM files the record.
     char line[line_buffer_size] = {};
+
+    // Owned by the file statements (exec/file_table.h).
+    int fd = -1;                         ///< descriptor of a serial port
+    std::uint32_t record_length = 0;     ///< RANDOM, SERIAL and BINARY files
+    std::vector<char> record;            ///< RANDOM record; bytes received on a port
+    std::vector<FieldEntry> fields;      ///< FIELD definitions of a RANDOM file
+    std::string input;                   ///< the line INPUT # is reading
+    std::size_t input_position = 0;      ///< next unread character of `input`
+    bool input_loaded = false;           ///< `input` holds a line not used up
+    bool skip_line_feed = false;         ///< a port's last record ended with CR
+    char name[261] = {};                 ///< the name given to OPEN, for messages
 };
 
 struct StatementNumberEntry {

@@ -5,6 +5,7 @@
 
 #include "exec/commands.h"
 #include "exec/exec_state.h"
+#include "exec/file_statements.h"
 #include "exec/long_text_buffers.h"
 #include "exec/output_line.h"
 #include "exec/statements.h"
@@ -188,18 +189,20 @@ int print_items(PrintSession& s) {
 
 int do_print(bool write_mode) {
     skip_blanks();
+    int file = 0;
     if (lang.scan.position < lang.scan.end && *lang.scan.position == '#') {
         if (exec.skip) {
             skip_statement_text();
             return 0;
         }
-        return error_at_column(err_invalid_file_number, scan_column());
+        file = start_print_to_file(write_mode);
+        if (file <= 0) return file;
     }
     PrintSession s;
     if (exec.skip) {
         s.write_mode = write_mode;  // the console's print zones stay as they are
     } else {
-        begin_print(s, 0, write_mode);
+        begin_print(s, file, write_mode);
     }
     lang.scan.in_print = true;
     const int rc = print_items(s);

@@ -10,6 +10,7 @@
 #include "exec/commands.h"
 #include "exec/datetime_statements.h"
 #include "exec/exec_state.h"
+#include "exec/file_table.h"
 #include "exec/front_end.h"
 #include "graph/graph_state.h"
 #include "exec/memory_areas.h"
@@ -601,6 +602,9 @@ int run_command_line(const char* text) {
         program_text_changed(length);
     }
     exec.program_replaced = false;
+    // Whatever ended the line (END, an error, an interruption), nothing
+    // written to a file stays in a buffer.
+    if (!stepping) (void)flush_all_files();
     return rc;
 }
 

@@ -9,6 +9,7 @@
 #include "exec/datetime_statements.h"
 #include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
+#include "exec/file_statements.h"
 #include "exec/front_end.h"
 #include "exec/longmath_statement.h"
 #include "exec/memory_areas.h"
@@ -208,6 +209,11 @@ int do_keyword_statement(int slot) {
         case stmt_lset: return do_lset_rset(false);
         case stmt_rset: return do_lset_rset(true);
         case stmt_debugprint: return do_debugprint();
+        case stmt_open: return do_open();
+        case stmt_close: return do_close();
+        case stmt_field: return do_field();
+        case stmt_get: return do_get();
+        case stmt_put: return do_put();
         case stmt_graph: return do_graph();
         case stmt_plot: return do_plot();
         case stmt_text: return do_text();

@@ -60,9 +60,9 @@ constexpr FunctionEntry functions[fn_count] = {
     {1, 1, N, fn_val_handler},    // 26 val
     {1, 1, N, fn_tab_handler},    // 27 tab
     {2, 2, N, fn_mod_handler},  // 28 mod
-    {1, 7, N, fn_file_read_handler},  // 29 read
+    {1, 7, N, fn_read_handler},  // 29 read
     {1, 2, N, fn_eof_handler},  // 30 eof
-    {1, 7, N, fn_file_read_handler},  // 31 input
+    {1, 7, S, fn_input_handler},  // 31 input
     {3, 7, N, fn_open_handler},  // 32 open
     {1, 1, N, fn_factorial_handler},  // 33 factorial
     {1, 1, L, fn_long_handler},   // 34 long
@@ -85,7 +85,7 @@ constexpr FunctionEntry functions[fn_count] = {
     {0, 7, N, nullptr},           // 51 updatedialog: statement form only
     {1, 1, S, fn_tolower_handler},  // 52 tolower$
     {1, 1, S, fn_toupper_handler},  // 53 toupper$
-    {1, 1, S, fn_browse_handler},  // 54 browsecommports$
+    {1, 1, S, fn_browsecommports_handler},  // 54 browsecommports$
     {1, 1, N, fn_filesize_handler},  // 55 filesize
     {1, 3, N, fn_select_handler},  // 56 select
 };
@@ -177,7 +177,9 @@ int do_function(int slot, Item* params, int count, bool has_list) {
         return report_error(err_missing_parameter_list_function_subscripts);
     if (slot < 0 || slot >= fn_count) return -1;
     const FunctionEntry& f = functions[slot];
-    const int dummy_kind = slot == fn_placeholder_41 ? user_function_result_kind() : f.result_kind;
+    int dummy_kind = slot == fn_placeholder_41 ? user_function_result_kind() : f.result_kind;
+    // read(n) is a byte, read(n, count ...) a string.
+    if (slot == fn_read && count > 1) dummy_kind = S;
     if (lang.scan.defining_function) return dummy_result(dummy_kind);
     if (count < f.min_params || count > f.max_params) return report_error(err_incorrect_number_parameters);
     // Passing over a statement: the call is checked, not made (no domain

@@ -1,9 +1,7 @@
-// builtin_io_checks.cpp — the file, serial, dialog and message functions:
-// read, eof, input, open, filesize, browseinputfile$, browseoutputfile$,
-// browsecommports$, select, inputdialog, updatedialog and messagebox.
+// builtin_io_checks.cpp — the dialog and message functions: browseinputfile$,
+// browseoutputfile$, select, inputdialog, updatedialog and messagebox.
 //
-// The parameters are checked here in full. The file functions find no open
-// file until the file statements exist; the dialogs exist only in the window.
+// The parameters are checked here in full; the dialogs exist only in the window.
 #include <cctype>
 #include <cmath>
 #include <cstring>
@@ -21,9 +19,7 @@
 namespace tl {
 namespace {
 
-// Words of open and messagebox (matched without regard to case).
-constexpr const char* modes[] = {"i", "o", "a", "r", "b", "s"};
-constexpr const char* parities[] = {"no", "even", "odd", "mark", "space"};
+// Words of messagebox (matched without regard to case).
 constexpr const char* button_sets[] = {"ok", "okcancel", "yesno", "yesnocancel"};
 constexpr const char* icons[] = {"none", "information", "warning", "error", "question"};
 constexpr const char* prompts[] = {"Press <enter> to continue. ", "OK or Cancel? ", "Yes or No? ", "Yes, No or Cancel? "};
@@ -48,100 +44,9 @@ int word_index(const char* text, const char* const (&words)[N]) {
     return -1;
 }
 
-int file_count() { return static_cast<int>(areas.sizes[size_number_of_files]); }
-
-/// A file-number parameter naming an open file: 125 when it is no valid
-/// number, 128 when the file is not open. `entry` is set on success.
-int open_file_parameter(Item& p, FileEntry*& entry) {
-    double n = 0.0;
-    const int r = double_parameter(p, n);
-    if (r < 0) return r;
-    n = std::trunc(n);
-    if (!(n >= 1.0 && n <= file_count()) || static_cast<std::size_t>(n) >= areas.files.size())
-        return fail_at(err_invalid_file_number, p);
-    entry = &areas.files[static_cast<std::size_t>(n)];
-    if (entry->open == 0) return fail_at(err_file_number_does_not_represent, p);
-    return 0;
-}
-
-/// The file statements that read and write open files are not built yet.
-int file_operation_unavailable(const Item& p) { return fail_at(err_invalid_function_call, p); }
-
-int whole_in_range(Item& p, double low, double high, int error, double& out) {
-    const int r = double_parameter(p, out);
-    if (r < 0) return r;
-    out = std::trunc(out);
-    if (!(out >= low && out <= high)) return fail_at(error, p);
-    return 0;
-}
-
 }  // namespace
 
-int fn_eof_handler(Item* p, int count) {
-    if (count == 2) {
-        const char* which = nullptr;
-        const int r = string_parameter(p[1], which);
-        if (r < 0) return r;
-        if (!word_is(which, "line")) return fail_at(err_invalid_parameter, p[1]);
-    }
-    FileEntry* f = nullptr;
-    const int r = open_file_parameter(p[0], f);
-    return r < 0 ? r : file_operation_unavailable(p[0]);
-}
-
-/// read(file, target, ...) and input(file, target, ...).
-int fn_file_read_handler(Item* p, int) {
-    FileEntry* f = nullptr;
-    const int r = open_file_parameter(p[0], f);
-    return r < 0 ? r : file_operation_unavailable(p[0]);
-}
-
-int fn_filesize_handler(Item* p, int) {
-    FileEntry* f = nullptr;
-    const int r = open_file_parameter(p[0], f);
-    return r < 0 ? r : file_operation_unavailable(p[0]);
-}
-
-/// open(mode, file, name [, record length])  or, for a serial port,
-/// open("s", file, port [, baud [, parity [, data bits [, stop bits]]]]).
-int fn_open_handler(Item* p, int count) {
-    const char* mode_text = nullptr;
-    int r = string_parameter(p[0], mode_text);
-    if (r < 0) return r;
-    const int mode = word_index(mode_text, modes);
-    if (mode < 0) return fail_at(err_invalid_mode_open, p[0]);
-    double number = 0.0;
-    r = whole_in_range(p[1], 1.0, file_count(), err_invalid_file_number_open, number);
-    if (r < 0) return r;
-    const char* name = nullptr;
-    if (p[2].kind != kind_string) return fail_at(err_invalid_file_specification_open, p[2]);
-    name = item_text(p[2]);
-    if (name[0] == 0) return fail_at(err_invalid_file_specification_open, p[2]);
-    double value = 0.0;
-    if (mode == 5) {  // serial port
-        if (count > 3) r = whole_in_range(p[3], 1.0, 256000.0, err_invalid_baud_rate_serial_open, value);
-        if (r >= 0 && count > 4) {
-            const char* parity = nullptr;
-            r = string_parameter(p[4], parity);
-            if (r >= 0 && word_index(parity, parities) < 0) r = fail_at(err_invalid_patiry_serial_open, p[4]);
-        }
-        if (r >= 0 && count > 5) r = whole_in_range(p[5], 5.0, 8.0, err_invalid_parameter, value);
-        if (r >= 0 && count > 6) {
-            r = double_parameter(p[6], value);
-            if (r >= 0 && value != 1.0 && value != 1.5 && value != 2.0) r = fail_at(err_invalid_stop_bits_serial_open, p[6]);
-        }
-    } else {
-        if (count > 4) return report_error(err_incorrect_number_parameters);
-        if (mode == 3 && count < 4) return fail_at(err_record_length_required_random_files, p[2]);
-        if (count == 4) r = whole_in_range(p[3], 1.0, 32767.0, err_invalid_logical_record_length_open, value);
-    }
-    if (r < 0) return r;
-    if (areas.files[static_cast<std::size_t>(number)].open != 0) return fail_at(err_file_number_use, p[1]);
-    return file_operation_unavailable(p[0]);
-}
-
-/// browseinputfile$(title), browseoutputfile$(title), browsecommports$(title):
-/// dialogs of the window.
+/// browseinputfile$(title), browseoutputfile$(title): dialogs of the window.
 int fn_browse_handler(Item* p, int) {
     const char* title = nullptr;
     const int r = string_parameter(p[0], title);

@@ -35,7 +35,7 @@ using BuiltinHandler = int (*)(Item* params, int count);
 void sine_cosine(double x, double& s, double& c);
 
 // Handlers, by file: builtin_numeric.cpp, builtin_math.cpp,
-// builtin_strings.cpp, builtin_hex.cpp, builtin_io_checks.cpp.
+// builtin_strings.cpp, builtin_hex.cpp, builtin_io_checks.cpp, builtin_files.cpp.
 int fn_abs_handler(Item* p, int count);
 int fn_sgn_handler(Item* p, int count);
 int fn_fix_handler(Item* p, int count);
@@ -78,7 +78,9 @@ int fn_toupper_handler(Item* p, int count);
 int fn_hex_handler(Item* p, int count);
 int fn_hexconvert_handler(Item* p, int count);  // builtin_hexconvert.cpp
 int fn_eof_handler(Item* p, int count);
-int fn_file_read_handler(Item* p, int count);
+int fn_read_handler(Item* p, int count);
+int fn_input_handler(Item* p, int count);
+int fn_browsecommports_handler(Item* p, int count);
 int fn_filesize_handler(Item* p, int count);
 int fn_open_handler(Item* p, int count);
 int fn_browse_handler(Item* p, int count);

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "exec/commands.h"
+#include "exec/file_table.h"
 #include "exec/run_loop.h"
 #include "lang/lang_state.h"
 #include "shell/recent_lists.h"
@@ -54,6 +55,8 @@ void run_console_loop(FrontEnd& front_end) {
 }
 
 void wait_before_exit(FrontEnd& front_end) {
+    // The session ends here: every file is written out and closed.
+    close_all_files();
     console_write("Press <enter> to terminate program.\n");
     std::string ignored;
     (void)front_end.read_line("", ignored);

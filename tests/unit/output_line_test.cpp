@@ -133,6 +133,7 @@ TEST_F(OutputLineTest, WriteCutsLongNumbersIntoQuotedPieces) {
     open_file(1, 0, 12).stream = stream;
     EXPECT_EQ(statement(1, true, {lng(digits.substr(0, 25).c_str())}), 0);
     EXPECT_EQ(read_all(stream), "Length=25\n\"0123456789\"\n\"0123456789\"\n\"01234\"\n");
+    areas.files[1].stream = nullptr;  // closed here, not by the reset
     std::fclose(stream);
 }
 
@@ -231,6 +232,7 @@ TEST_F(OutputLineTest, FileLinesGoToTheStream) {
     EXPECT_EQ(statement(1, false, {str("z", ';')}), 0);
     EXPECT_EQ(fe.take(), "");
     EXPECT_EQ(read_all(stream), "a\nb\n0123456789\nz");
+    areas.files[1].stream = nullptr;  // closed here, not by the reset
     std::fclose(stream);
 }
 
