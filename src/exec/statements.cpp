@@ -220,9 +220,6 @@ int do_keyword_statement(int slot) {
         case stmt_updatedatetime: return do_updatedatetime();
         case stmt_settimezone: return do_settimezone();
         case stmt_setdstrules: return do_setdstrules();
-        case stmt_field:
-            if (typed_at_prompt()) return error_at_column(err_statement_not_valid_command_line, 0);
-            return not_yet_available();
         default: return not_yet_available();
     }
 }
