@@ -79,7 +79,7 @@ int read_scale_type(int& type) {
     int column = 0;
     const int word = read_graph_word(scale_type_words, 3, column);
     if (word < 0) return error_at_column(err_invalid_value_graph_plot_text, column);
-    if (word == scale_log) graph.settings.equalscales = 0;
+    if (word == scale_log && !graph_passing_over()) graph.settings.equalscales = 0;
     type = word;
     return 0;
 }
@@ -87,18 +87,26 @@ int read_scale_type(int& type) {
 /// One parameter of slot `slot`.
 int read_parameter(PendingGraph& p, int slot, int column) {
     GraphSettings& s = graph.settings;
+    // A statement passed over (skipped, or the check before a run) changes
+    // no setting: the flags below act at once only when it is carried out.
+    const bool carried_out = !graph_passing_over();
+    const auto flag = [&p, carried_out](int& target, int value) {
+        if (carried_out) target = value;
+        ++p.others;
+        return 0;
+    };
     switch (slot) {
         case gpar_portrait: p.width = 7.5, p.height = 10.0, ++p.others; return 0;
         case gpar_landscape: p.width = 10.0, p.height = 7.5, ++p.others; return 0;
-        case gpar_border: s.border = 1, ++p.others; return 0;
-        case gpar_noborder: s.border = 0, ++p.others; return 0;
-        case gpar_grid: s.grid = 1, ++p.others; return 0;
-        case gpar_nogrid: s.grid = 0, ++p.others; return 0;
-        case gpar_axes: s.axes = 1, ++p.others; return 0;
-        case gpar_noaxes: s.axes = 0, ++p.others; return 0;
+        case gpar_border: return flag(s.border, 1);
+        case gpar_noborder: return flag(s.border, 0);
+        case gpar_grid: return flag(s.grid, 1);
+        case gpar_nogrid: return flag(s.grid, 0);
+        case gpar_axes: return flag(s.axes, 1);
+        case gpar_noaxes: return flag(s.axes, 0);
         case gpar_equalscales:
             ++p.others;
-            if (s.hlog != 0 || s.vlog != 0) return 0;
+            if (s.hlog != 0 || s.vlog != 0 || !carried_out) return 0;
             s.equalscales = 1;
             p.vscale = s.hscale;
             p.vscale_given = true;
@@ -215,9 +223,20 @@ int change_scale_type(bool horizontal, int type) {
     return 0;
 }
 
-int change_open_graph(const PendingGraph& p, const double (&before)[4]) {
+/// The settings that parameters change as they are read (the switches and
+/// flags) put back as they were before the statement.
+void restore_switches(const GraphSettings& before) {
+    GraphSettings& s = graph.settings;
+    s.border = before.border, s.grid = before.grid, s.axes = before.axes, s.equalscales = before.equalscales;
+    s.includexaxis = before.includexaxis, s.includeyaxis = before.includeyaxis;
+    s.numberxaxis = before.numberxaxis, s.numberyaxis = before.numberyaxis, s.lockscreen = before.lockscreen;
+}
+
+int change_open_graph(const PendingGraph& p, const double (&before)[4], const GraphSettings& switches) {
     GraphWindow* window = host.graph_window;
     if (p.listparms) {
+        // Only the listing: the other parameters were read, none applies.
+        restore_switches(switches);
         list_graph_parameters();
         return 0;
     }
@@ -317,6 +336,7 @@ int do_graph() {
     if (console_refuses()) return error_at_column(err_graph_statement_not_valid_console, 0);
     const GraphSettings& s = graph.settings;
     const double before[4] = {s.hscale, s.vscale, s.hoffset, s.voffset};
+    const GraphSettings switches = s;
     PendingGraph p;
     while (next_graph_parameter()) {
         int column = 0;
@@ -327,7 +347,7 @@ int do_graph() {
     if (const int rc = check_exclusive(p); rc < 0) return rc;
     if (graph_passing_over()) return 0;
     if (graph.open && host.graph_window == nullptr) reset_graph();  // the host took its window away
-    return graph.open ? change_open_graph(p, before) : open_new_graph(p, before);
+    return graph.open ? change_open_graph(p, before, switches) : open_new_graph(p, before);
 }
 
 void list_graph_parameters() {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <iostream>
 
+#include "graph/graph_state.h"
 #include "shell/console_session.h"
 #include "shell/log_file.h"
 #include "shell/session.h"
@@ -18,6 +19,7 @@ void BatchHost::install() {
     host.effects = this;
     host.message_dialog = this;
     host.documents = this;
+    host.graph_window = &graph_window_;
 }
 
 void BatchHost::write(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
@@ -71,7 +73,9 @@ int run_batch(const std::string& program_file) {
     const bool ok = shell::run_program_file(program_file);
     batch.ticker().stop();
     std::fflush(stdout);
+    if (graph.open) end_graph(true);
     shell::end_session(start);
+    host.graph_window = nullptr;
     host.effects = nullptr;
     host.message_dialog = nullptr;
     host.documents = nullptr;

@@ -3,7 +3,7 @@
 // Console lines go to standard output, INPUT reads standard input, message
 // boxes take the answer they propose (OK, or Yes), documents are named
 // instead of opened, and nothing is shown. Graph and dialog statements are
-// allowed as in the window.
+// allowed as in the window: the graph window is made but never shown.
 #pragma once
 
 #include <string>
@@ -12,6 +12,7 @@
 #include "exec/document_viewer.h"
 #include "exec/front_end.h"
 #include "exec/message_dialog.h"
+#include "gui/graph_window_widget.h"
 #include "gui/pump_ticker.h"
 
 namespace tl::gui {
@@ -39,6 +40,7 @@ public:
 
 private:
     PumpTicker ticker_;
+    QtGraphWindow graph_window_{false};
 };
 
 /// Runs `program_file` in batch mode from start to end (the QApplication

@@ -30,8 +30,10 @@
 
 #include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
+#include "graph/graph_state.h"
 #include "gui/console_view.h"
 #include "gui/customize_dialog.h"
+#include "gui/graph_window_widget.h"
 #include "gui/log_file_dialog.h"
 #include "gui/window_settings.h"
 #include "lang/error_reporter.h"
@@ -83,7 +85,7 @@ int key_code(const QKeyEvent* e) {
 }  // namespace
 
 MainWindow::MainWindow(std::function<void()> save_settings, QWidget* parent)
-    : QMainWindow(parent), save_settings_(std::move(save_settings)) {
+    : QMainWindow(parent), save_settings_(std::move(save_settings)), graph_window_(std::make_unique<QtGraphWindow>(true)) {
     const int screen_size = static_cast<int>(shell_state.settings.sizes[size_screen_size]);
     build_layout(screen_size);
     build_menus();
@@ -113,6 +115,10 @@ MainWindow::~MainWindow() {
     if (host.effects == this) host.effects = nullptr;
     if (host.message_dialog == this) host.message_dialog = nullptr;
     if (host.documents == this) host.documents = nullptr;
+    if (host.graph_window == graph_window_.get()) {
+        if (graph.open) end_graph(true);
+        host.graph_window = nullptr;
+    }
 }
 
 void MainWindow::install() {
@@ -120,6 +126,7 @@ void MainWindow::install() {
     host.effects = this;
     host.message_dialog = this;
     host.documents = this;
+    host.graph_window = graph_window_.get();
 }
 
 // ---- layout ---------------------------------------------------------------
@@ -679,6 +686,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
+    // The graph window goes with the main window.
+    if (graph.open && host.graph_window == graph_window_.get()) end_graph(true);
     save_window_geometry(this);
     save_timer_->stop();
     if (save_settings_) save_settings_();

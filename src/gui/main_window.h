@@ -9,12 +9,14 @@
 // user answers or stops the program.
 //
 // The window is the interpreter's front end and its console effects, message
-// dialog and document viewer (install() puts it in `host`).
+// dialog and document viewer, and owns the graph window (install() puts them
+// in `host`). Closing the main window ends an open graph.
 #pragma once
 
 #include <QMainWindow>
 #include <QStringList>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "exec/console_effects.h"
@@ -34,6 +36,7 @@ class QTimer;
 namespace tl::gui {
 
 class ConsoleView;
+class QtGraphWindow;
 
 class MainWindow final : public QMainWindow,
                          public FrontEnd,
@@ -83,6 +86,7 @@ public:
     QPushButton* run_button() const { return run_; }
     QPushButton* step_button() const { return step_; }
     QPushButton* stop_button() const { return stop_; }
+    QtGraphWindow* graph_window() const { return graph_window_.get(); }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -126,6 +130,7 @@ private:
     QList<QAction*> idle_only_;  ///< menu actions offered only while no command runs
     QTimer* save_timer_ = nullptr;
     QProcess* sound_ = nullptr;
+    std::unique_ptr<QtGraphWindow> graph_window_;  ///< the graph window GRAPH opens
 
     Mode mode_ = Mode::idle;
     int depth_ = 0;              ///< nesting of execute(): commands typed while stepping run inside

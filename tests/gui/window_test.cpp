@@ -12,8 +12,10 @@
 
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
+#include "graph/graph_state.h"
 #include "gui/console_view.h"
 #include "gui/customize_dialog.h"
+#include "gui/graph_window_widget.h"
 #include "gui/log_file_dialog.h"
 #include "gui/main_window.h"
 #include "lang/language_init.h"
@@ -256,6 +258,57 @@ private slots:
         QVERIFY(text().contains(QStringLiteral("User interrupted program")));
         QTRY_VERIFY(!window->isVisible());
         QVERIFY(saves >= 1);
+    }
+
+    void graph_typed_at_the_command_field_shows_the_graph_window() {
+        tl::gui::QtGraphWindow* graphs = window->graph_window();
+        QVERIFY(graphs != nullptr);
+        QVERIFY(tl::host.graph_window == graphs);
+        window->submit(QStringLiteral("graph width = 6, height = 4, nogrid"));
+        QVERIFY(!text().contains(QStringLiteral("ERROR")));
+        QVERIFY(tl::graph.open);
+        QVERIFY(graphs->frame() != nullptr);
+        QTRY_VERIFY(graphs->frame()->isVisible());
+        QCOMPARE(graphs->frame()->windowTitle(), QStringLiteral("Tessaline Graph"));
+        window->submit(QStringLiteral("for i = 1 to 20: plot x = i, y = i * i: next i"));
+        QVERIFY(!text().contains(QStringLiteral("ERROR")));
+        QCOMPARE(tl::graph.series.at(0).point_count, 20);
+        // The painted graph has laid itself out for its data.
+        QTRY_VERIFY(tl::graph.surface.valid);
+        QVERIFY(tl::graph.settings.hscale_calculated > 0);
+        // The View menu follows the settings; GRAPH END closes the window.
+        window->submit(QStringLiteral("graph end"));
+        QVERIFY(!tl::graph.open);
+        QTRY_VERIFY(graphs->frame() == nullptr || !graphs->frame()->isVisible());
+        // Console mode's refusal is not the window's: a new graph opens again.
+        window->submit(QStringLiteral("graph"));
+        QVERIFY(tl::graph.open);
+        QTRY_VERIFY(graphs->frame() != nullptr && graphs->frame()->isVisible());
+        // Closing the main window takes the graph window with it.
+        QPointer<tl::gui::GraphFrame> frame = graphs->frame();
+        window->close();
+        QVERIFY(!tl::graph.open);
+        QTRY_VERIFY(frame.isNull() || !frame->isVisible());
+    }
+
+    void closing_the_graph_window_while_a_program_runs_ends_the_graph() {
+        load(write_program("plotting.bas",
+                           "10 graph\n20 i = 0\n30 i = i + 1\n40 plot x = i, y = sin(i)\n50 if i < 100 then goto 30\n"
+                           "60 plot x = i, y = 0\n70 goto 60\n"));
+        tl::gui::QtGraphWindow* graphs = window->graph_window();
+        when([graphs] { return tl::graph.open && graphs->frame() != nullptr && graphs->frame()->isVisible() &&
+                               !tl::graph.series.empty() && tl::graph.series[0].point_count >= 100; },
+             [graphs] { graphs->frame()->close(); });
+        window->submit(QStringLiteral("run"));
+        // The program's next PLOT finds no graph and stops with its message.
+        QVERIFY(text().contains(QStringLiteral("Graph is not active - use GRAPH statement.")));
+        QVERIFY(!tl::graph.open);
+        QVERIFY(!window->busy());
+        // A new graph opens afresh, from the defaults.
+        window->submit(QStringLiteral("graph"));
+        QVERIFY(tl::graph.open);
+        QCOMPARE(tl::graph.element_count, 0);
+        QTRY_VERIFY(graphs->frame() != nullptr && graphs->frame()->isVisible());
     }
 
     void the_console_keeps_its_newest_lines_within_its_size() {

@@ -34,6 +34,22 @@ TEST_F(GraphStatement, OpensOnceThenNeedsSomethingToChange) {
     EXPECT_FALSE(graph.open);
 }
 
+TEST_F(GraphStatement, PassedOverChangesNothing) {
+    // An untaken branch reads the flags and switches without applying them.
+    ASSERT_EQ(type("if 0 then graph noaxes, noborder, nogrid, equalscales, lockscreen = 1, hscaletype = log"), 0)
+        << fe.output;
+    EXPECT_EQ(window.created, 0);
+    const GraphSettings d;
+    EXPECT_EQ(graph.settings.axes, d.axes);
+    EXPECT_EQ(graph.settings.border, d.border);
+    EXPECT_EQ(graph.settings.grid, d.grid);
+    EXPECT_EQ(graph.settings.equalscales, d.equalscales);
+    EXPECT_EQ(graph.settings.lockscreen, d.lockscreen);
+    ASSERT_EQ(type("graph equalscales"), 0);
+    ASSERT_EQ(type("if 0 then graph hscaletype = log"), 0);
+    EXPECT_EQ(graph.settings.equalscales, 1);
+}
+
 TEST_F(GraphStatement, EndResetsEverySetting) {
     ASSERT_EQ(type("graph nogrid, noaxes, noborder, hscale = 2, axisweight = 4, bgcolor = 255"), 0) << fe.output;
     EXPECT_EQ(graph.settings.grid, 0);
@@ -109,7 +125,7 @@ TEST_F(GraphStatement, ExclusiveParameters) {
 
 TEST_F(GraphStatement, ListparmsLinesAndListingOnly) {
     ASSERT_EQ(type("graph"), 0);
-    const std::string listing = output_of("graph listparms, grid, width = 3");
+    const std::string listing = output_of("graph listparms, nogrid, includexaxis = 0, width = 3");
     EXPECT_NE(listing.find("GRAPH parameters currently in effect:\n"
                            "   GRID\n"
                            "   AXES\n"
@@ -137,6 +153,8 @@ TEST_F(GraphStatement, ListparmsLinesAndListingOnly) {
               std::string::npos)
         << listing;
     EXPECT_EQ(graph.settings.width, 7.5);  // parsed, not applied
+    EXPECT_EQ(graph.settings.grid, 1);
+    EXPECT_EQ(graph.settings.includexaxis, 1);
     EXPECT_EQ(window.resized, 0);
 
     ASSERT_EQ(type("graph nogrid, noaxes, noborder, equalscales, hscaletype = log, vscaletype = datetime, "
