@@ -17,6 +17,7 @@
 #include "exec/exec_state.h"
 #include "exec/memory_areas.h"
 #include "exec/statements.h"
+#include "exec/string_array_long.h"
 #include "exec/string_space.h"
 #include "exec/variables.h"
 #include "lang/error_reporter.h"
@@ -36,9 +37,6 @@
 
 namespace tl {
 namespace {
-
-/// Characters an operand text may have: the digits, a sign, a point and an exponent.
-constexpr std::size_t max_operand_text = static_cast<std::size_t>(max_long_digits) + 12;
 
 
 bool equals_word(std::string_view word, const char* lower) {
@@ -217,65 +215,17 @@ bool floating_only(int op) {
     }
 }
 
-/// The text of a string array from its first element on, up to the first
-/// empty element, into long_text_buffers.operand (NUL-terminated).
-int array_text(const ArrayEntry& a, int column, std::string_view& out) {
-    std::vector<char>& text = long_text_buffers.operand;
-    std::size_t length = 0;
-    const std::size_t count = a.element_count();
-    for (std::size_t i = 0; i < count; ++i) {
-        const char* piece = string_at(a.words()[i]);
-        const std::size_t n = std::strlen(piece);
-        if (n == 0) break;
-        if (length + n > max_operand_text) return error_at_column(err_long_input_string_too_long, column);
-        if (text.size() < length + n + 1) text.resize(length + n + 1);
-        std::memcpy(text.data() + length, piece, n);
-        length += n;
-    }
-    if (text.empty()) text.resize(1);
-    text[length] = 0;
-    out = std::string_view(text.data(), length);
-    return 0;
-}
-
-/// Digits a number text would keep in integer mode: those before the point
-/// plus a written exponent (an estimate that errs on the high side).
-bool too_many_integer_digits(std::string_view text) {
-    if (!long_state.mode.integer_mode) return false;
-    std::size_t digits = 0;
-    long exponent = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (c == '.') break;
-        if (c == 'e' || c == 'E') {
-            exponent = std::strtol(text.data() + i + 1, nullptr, 10);
-            break;
-        }
-        if (c >= '0' && c <= '9') ++digits;
-    }
-    // strtol gives LONG_MAX for an exponent too long to read: compare without adding.
-    return exponent > static_cast<long>(max_long_digits) - static_cast<long>(digits);
-}
-
 /// The value of the operand just evaluated (kind `kind`) as a long number.
 int operand_value(int kind, int column, LongNumber& dest) {
     lang.reporter.error_column = column;
-    std::string_view text;
     switch (kind) {
         case kind_double: return long_from_double(lang.scan.result, dest, true);
         case kind_long: long_copy(long_state.work, dest); return 0;
         case kind_numeric_text:
-        case kind_string: text = lang.scan.buffer; break;
-        case kind_string_array: {
-            const int rc = array_text(*lang.scan.sole_reference.array, column, text);
-            if (rc < 0) return rc;
-            break;
-        }
+        case kind_string: return long_from_operand_text(lang.scan.buffer, column, dest);
+        case kind_string_array: return long_from_string_array(*lang.scan.sole_reference.array, column, dest);
         default: return error_at_column(err_invalid_value_longmath_variable, column);
     }
-    if (too_many_integer_digits(text)) return error_at_column(err_invalid_long_number_length, column);
-    if (long_from_text(text, dest, false) < 0) return error_at_column(err_invalid_number_string, column);
-    return 0;
 }
 
 /// A destination item (the first one, or div's remainder), scanned as a name.
@@ -313,7 +263,7 @@ int compute(int op, LongNumber* const* operands, LongNumber& r, int column) {
         case lop_log: rc = long_log(*x[0], r); break;
         case lop_root:
             rc = long_root(*x[0], *x[1], r);
-            if (rc >= 0) long_timer_report("ROOT Calc. Time: ", start);
+            if (rc >= 0) long_timer_report(root_time_label, start);
             break;
         case lop_power: {
             // As the "^" operator: 16 more digits while computing, then rounded back.
@@ -324,7 +274,7 @@ int compute(int op, LongNumber* const* operands, LongNumber& r, int column) {
             if (rc >= 0) {
                 r.nrm = 0;
                 long_normalise(r, normalise_round);
-                long_timer_report("\"^\"   Calc. Time: ", start);
+                long_timer_report(power_time_label, start);
             }
             break;
         }
@@ -332,12 +282,12 @@ int compute(int op, LongNumber* const* operands, LongNumber& r, int column) {
         case lop_div: rc = long_divide(*x[0], *x[1], r); break;
         case lop_factorial:
             rc = long_factorial(*x[0], r);
-            if (rc >= 0) long_timer_report("Factorial Calc. Time: ", start);
+            if (rc >= 0) long_timer_report(factorial_time_label, start);
             break;
         case lop_mod: rc = long_mod(*x[0], *x[1], r); break;
         case lop_half:
             rc = long_half(*x[0], r);
-            if (rc >= 0) long_timer_report("Half Calc. Time: ", start);
+            if (rc >= 0) long_timer_report(half_time_label, start);
             break;
         default:  // convert: the operand as the current mode keeps it
             long_copy(*x[0], r);

@@ -173,8 +173,14 @@ int put_long_in_pieces(const PrintSession& s, std::string_view text) {
     if (f.column > 0) {
         if (int rc = put_line_feed(s); rc < 0) return rc;
     }
+    // The length is the number's digit count: not its sign, point or exponent.
+    unsigned digits = 0;
+    for (const char c : text) {
+        if (c == 'e' || c == 'E') break;
+        if (c >= '0' && c <= '9') ++digits;
+    }
     char length_line[32];
-    const int n = std::snprintf(length_line, sizeof length_line, "Length=%u", static_cast<unsigned>(text.size()));
+    const int n = std::snprintf(length_line, sizeof length_line, "Length=%u", digits);
     if (int rc = put_text(s, std::string_view(length_line, static_cast<std::size_t>(n))); rc < 0) return rc;
     std::uint32_t piece = f.width > 3 ? f.width - 2 : 1;
     if (piece > max_write_piece) piece = max_write_piece;

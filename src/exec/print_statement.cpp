@@ -9,6 +9,7 @@
 #include "exec/long_text_buffers.h"
 #include "exec/output_line.h"
 #include "exec/statements.h"
+#include "exec/string_array_long.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "lang/evaluator.h"
@@ -168,6 +169,16 @@ int print_items(PrintSession& s) {
             case kind_string: text = lang.scan.buffer; break;
             case kind_long:
                 if (!skip) {
+                    if (int rc = long_text(s, long_state.work, text); rc < 0) return rc;
+                }
+                break;
+            case kind_string_array:
+                // A long number kept across the elements of a string array
+                // prints as that number, as a long variable would.
+                if (!skip) {
+                    const ArrayEntry* array = lang.scan.sole_reference.array;
+                    if (array == nullptr) return error_at_column(err_invalid_type, s.item_column);
+                    if (int rc = long_from_string_array(*array, s.item_column, long_state.work); rc < 0) return rc;
                     if (int rc = long_text(s, long_state.work, text); rc < 0) return rc;
                 }
                 break;

@@ -125,3 +125,82 @@ TEST_F(PrintOutputTest, TheMicroSignTakesOneColumn) {
 
 }  // namespace
 }  // namespace tl::test
+
+namespace tl::test {
+namespace {
+
+using PrintStringArrayTest = LineTest;
+
+// ---- a long number kept in a whole string array --------------------------------
+
+std::string factorial_digits(int n) {
+    std::string digits = "1";
+    for (int k = 2; k <= n; ++k) {
+        int carry = 0;
+        for (auto it = digits.rbegin(); it != digits.rend(); ++it) {
+            const int v = (*it - '0') * k + carry;
+            *it = static_cast<char>('0' + v % 10);
+            carry = v / 10;
+        }
+        while (carry > 0) {
+            digits.insert(digits.begin(), static_cast<char>('0' + carry % 10));
+            carry /= 10;
+        }
+    }
+    return digits;
+}
+
+TEST_F(PrintStringArrayTest, AWholeStringArrayPrintsAndWritesAsOneLongNumber) {
+    const std::string digits = factorial_digits(200);  // 375 digits
+    ok("dim p$(10)");
+    ok("integer");
+    ok("long p$, factorial, 200");
+    EXPECT_EQ(ok("print p$"), digits + "\n");
+    // Too long for the line: it starts a line of its own.
+    EXPECT_EQ(ok("print \"n = \"; p$"), "n = \n" + digits + "\n");
+
+    // WRITE: the digit count, then quoted pieces of 78 characters.
+    std::string expected = "Length=375\n";
+    for (std::size_t at = 0; at < digits.size(); at += 78) expected += "\"" + digits.substr(at, 78) + "\"\n";
+    EXPECT_EQ(ok("write p$"), expected);
+
+    // In floating-point mode it is rounded to the length, as a long variable is.
+    ok("float 20");
+    EXPECT_EQ(ok("print p$"), "7.8865786736479050355e+374\n");
+    ok("float 400");
+    ok("long q");
+    ok("q = factorial(long(200))");
+    EXPECT_EQ(ok("print p$"), ok("print q"));
+    EXPECT_EQ(ok("print using \"250.2\"; p$"), ok("print using \"250.2\"; q"));
+    ok("long p$, convert, long(1) / 7");
+    EXPECT_EQ(ok("print using \"20.5\"; p$"), "              .14286\n");
+}
+
+TEST_F(PrintStringArrayTest, LengthCountsDigitsNotSignOrPoint) {
+    ok("float 100");
+    ok("long x");
+    ok("x = -long(2) / 3");  // "-.666...67": 102 characters, 100 digits
+    const std::string out = ok("write x");
+    EXPECT_EQ(out.substr(0, out.find('\n')), "Length=100") << out;
+    ok("dim p$(2)");
+    ok("long p$, convert, x");
+    EXPECT_EQ(ok("write p$"), out);
+}
+
+TEST_F(PrintStringArrayTest, AnArrayThatHoldsNoNumberIsRefused) {
+    ok("dim t$(3)");
+    ok("t$(0) = \"12x\"");
+    EXPECT_TRUE(has_error(run("print t$"), "Invalid Number String."));
+    // An empty array is no number either; the interpreter stays usable.
+    ok("dim e$(3)");
+    EXPECT_TRUE(has_error(run("print e$"), "Invalid Number String."));
+    EXPECT_EQ(ok("print 1"), "1\n");
+    // A numeric array is still not printable.
+    ok("dim a(3)");
+    EXPECT_TRUE(has_error(run("print a"), "Invalid type."));
+    // Passed over, nothing is read.
+    EXPECT_EQ(ok("if 0 then print t$"), "");
+}
+
+}  // namespace
+}  // namespace tl::test
