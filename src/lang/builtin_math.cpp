@@ -212,7 +212,7 @@ int fn_root_handler(Item* p, int) {
     if (k == kind_long) {
         int r = require_floating_mode(p[0]);
         if (r < 0) return r;
-        return timed("ROOT Calc. Time:", [&] { return long_root(long_at(p[0].word), long_at(p[1].word), long_state.work); });
+        return timed(root_time_label, [&] { return long_root(long_at(p[0].word), long_at(p[1].word), long_state.work); });
     }
     const double x = p[0].number;
     const double n = p[1].number;
@@ -233,7 +233,7 @@ int fn_half_handler(Item* p, int) {
     if (k < 0) return k;
     if (k == kind_double) return double_result(p[0].number / 2.0);
     lang.reporter.error_column = p[0].column;
-    return timed("Half Calc. Time:", [&] { return long_half(long_at(p[0].word), long_state.work); });
+    return timed(half_time_label, [&] { return long_half(long_at(p[0].word), long_state.work); });
 }
 
 int fn_factorial_handler(Item* p, int) {
@@ -245,7 +245,7 @@ int fn_factorial_handler(Item* p, int) {
     }
     if (k == kind_long) {
         lang.reporter.error_column = p[0].column;
-        return timed("Factorial Calc. Time:",
+        return timed(factorial_time_label,
                      [&] { return long_factorial(long_at(p[0].word), long_state.work); });
     }
     const double n = std::trunc(p[0].number);

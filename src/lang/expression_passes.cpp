@@ -174,7 +174,7 @@ int long_power_operator(const LongNumber& x, const LongNumber& y, LongNumber& re
     // x ^ 0.5 is the square root, correctly rounded at the precision itself.
     if (y.sgn != -1 && y.exp == 0 && y.blks == 1 && y.blocks[0] == 50000000u && x.sgn != -1) {
         const int r = long_sqrt(x, result);
-        if (r == 0) long_timer_report("\"^\"   Calc. Time: ", start);
+        if (r == 0) long_timer_report(power_time_label, start);
         return r;
     }
     const int precision = mode.precision;
@@ -184,7 +184,7 @@ int long_power_operator(const LongNumber& x, const LongNumber& y, LongNumber& re
     if (r < 0) return r;
     result.nrm = 0;
     long_normalise(result, normalise_round);
-    long_timer_report("\"^\"   Calc. Time: ", start);
+    long_timer_report(power_time_label, start);
     return 0;
 }
 

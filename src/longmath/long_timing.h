@@ -11,6 +11,13 @@ namespace tl {
 
 using LongClock = std::chrono::steady_clock;
 
+/// The labels of the operations timed by their callers (the builtin functions
+/// and the LONG statement print the same text).
+inline constexpr const char* root_time_label = "ROOT Calc. Time: ";
+inline constexpr const char* half_time_label = "Half Calc. Time: ";
+inline constexpr const char* factorial_time_label = "Factorial Calc. Time: ";
+inline constexpr const char* power_time_label = "\"^\"   Calc. Time: ";
+
 /// A clock reading, taken when an operation starts.
 inline LongClock::time_point long_timer_start() { return LongClock::now(); }
 
