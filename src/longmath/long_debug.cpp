@@ -3,7 +3,7 @@
 #include <string>
 
 #include "exec/front_end.h"
-#include "exec/variables.h"
+#include "exec/named_variables.h"
 #include "longmath/long_blocks.h"
 #include "longmath/long_convert.h"
 #include "longmath/long_state.h"
@@ -70,22 +70,6 @@ int long_short_form(const LongNumber& n, char* buffer, std::size_t size) {
                          n.exp, n.nrm);
 }
 
-namespace {
-
-/// Sets the numeric variable `name`, creating it when it does not exist yet.
-void set_peek_variable(const char* name, double value) {
-    int index = find_variable(name);
-    if (index < 0) {
-        if (create_variable(name, false) < 0) return;
-        index = find_variable(name);
-        if (index < 0) return;
-    }
-    VariableEntry& v = variable_at(index);
-    if (v.type == 2) v.value.number = value;
-}
-
-}  // namespace
-
 void long_peek_values(const LongNumber& n) {
     if (!long_state.mode.peek_values) return;
     const std::uint32_t* b = n.blocks.data();
@@ -96,7 +80,7 @@ void long_peek_values(const LongNumber& n) {
         // Short numbers: the second block, and the third when there is one.
         last8 = b[1];
         next_last8 = n.len > 16 && blks > 2 ? b[2] : 0;
-        set_peek_variable("peeknextlast8", 0);
+        set_named_double("peeknextlast8", 0);
     } else if (n.len > 24 && blks >= 3) {
         const int r = n.len % 8;
         if (r == 0) {
@@ -115,12 +99,12 @@ void long_peek_values(const LongNumber& n) {
             next_last8 = static_cast<double>(v % long_base);
         }
     }
-    set_peek_variable("peekbcdlength", n.len);
-    set_peek_variable("peekbcdsign", n.sgn);
-    set_peek_variable("peekbcdexponent", n.exp);
-    set_peek_variable("peekbcdfirst8", b[0]);
-    set_peek_variable("peekbcdlast8", last8);
-    set_peek_variable("peekbcdnextlast8", next_last8);
+    set_named_double("peekbcdlength", n.len);
+    set_named_double("peekbcdsign", n.sgn);
+    set_named_double("peekbcdexponent", n.exp);
+    set_named_double("peekbcdfirst8", b[0]);
+    set_named_double("peekbcdlast8", last8);
+    set_named_double("peekbcdnextlast8", next_last8);
 }
 
 }  // namespace tl
