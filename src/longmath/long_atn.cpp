@@ -178,6 +178,7 @@ int long_atan_core(const LongNumber& x, LongNumber& out) {
         // The residual r is below 10^-b(k): its piece is everything above
         // digit b(k+1); what lies below is carried into the next residual.
         fixed_from_long(r, arg, W);
+        fixed_debug_dump("x1", arg, W, r.sgn);
         const int arg_end = fixed_last_nonzero(arg, 0, W - 1) + 1;
         if (arg_end == 0) break;
         const bool last = k == atn_pieces - 1;

@@ -90,6 +90,7 @@ int exp_driver(const LongNumber& x, bool ten, LongNumber& result) {
         if (rc < 0) return rc;
         long_normalise(m, normalise_round);
         long_debug_dump("man", m, 0);
+        long_debug_dump("nlg", ln10, 0);
         rc = long_multiply(m, ln10, z);
         if (rc < 0) return rc;
         long_debug_dump("nln", z, 0);
@@ -125,6 +126,7 @@ int long_exp_core(const LongNumber& z, LongNumber& out) {
     LongNumber& ek = frame.take(working + 16);
     LongNumber& product = frame.take(working + 16);
     fixed_from_long(z, arg, W);
+    fixed_debug_dump("x1", arg, W, z.sgn);
     const bool negative = z.sgn == -1;
     const int arg_end = fixed_last_nonzero(arg, 0, W - 1) + 1;
     int bounds[exp_pieces + 1];

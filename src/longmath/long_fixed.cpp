@@ -134,6 +134,15 @@ void fixed_to_long(const std::uint32_t* f, int W, std::int32_t sgn, LongNumber& 
     out.nrm = 0;
 }
 
+void fixed_debug_dump(const char* label, const std::uint32_t* f, int W, std::int32_t sgn) {
+    if (!long_state.mode.debug_display) return;
+    LongWorkFrame frame;
+    LongNumber& n = frame.take(W * 8);
+    fixed_to_long(f, W, sgn, n);
+    long_normalise(n, normalise_strip);
+    long_debug_dump(label, n, 0);
+}
+
 int fixed_first_nonzero(const std::uint32_t* f, int from, int W) {
     while (from < W && f[from] == 0) ++from;
     return from;
@@ -197,6 +206,7 @@ int fixed_series(FixedSeries kind, const std::uint32_t* p, int pf, int pl, const
     }
     int tf = fixed_first_nonzero(T, 0, W);
     accumulate(acc, T, tf, W, false);
+    fixed_debug_dump(kind == series_atan ? "powr" : "trm1", T, W, 0);
     if (by_square && long_state.mode.debug_display) {
         console_print("x2_start_block - %d, x2_num_blocks = %d\n", yf, yl - yf + 1);
     }
@@ -219,8 +229,11 @@ int fixed_series(FixedSeries kind, const std::uint32_t* p, int pf, int pl, const
         if (kind == series_atan) {
             const int vf = divide_into(T, tf, W, 2 * n + 1, V);
             accumulate(acc, V, vf, W, subtract);
+            fixed_debug_dump("powr", T, W, 0);
+            fixed_debug_dump("term", V, W, subtract ? -1 : 0);
         } else if (tf < W) {
             accumulate(acc, T, tf, W, subtract);
+            fixed_debug_dump("term", T, W, subtract ? -1 : 0);
         }
         const int rc = long_poll_functions(work);
         if (rc < 0) return rc;

@@ -17,6 +17,10 @@ void fixed_from_long(const LongNumber& x, std::uint32_t* f, int W);
 /// out = the fixed-point value f[0..W-1] with sign `sgn`, unnormalised.
 void fixed_to_long(const std::uint32_t* f, int W, std::int32_t sgn, LongNumber& out);
 
+/// The long-number debug dump of the fixed-point value f[0..W-1] (only while
+/// the debug display is on).
+void fixed_debug_dump(const char* label, const std::uint32_t* f, int W, std::int32_t sgn);
+
 /// Index of the first non-zero block at or after `from` (W when none).
 [[nodiscard]] int fixed_first_nonzero(const std::uint32_t* f, int from, int W);
 

@@ -172,7 +172,11 @@ int natural_log(const LongNumber& x, LongNumber& result) {
         --e;
     }
     long_debug_dump("x sm", m, 0);
-    if (mode.debug_display) console_print("chr = %d\n", static_cast<int>(e));
+    if (mode.debug_display) {
+        console_print("chr = %d\n", static_cast<int>(e));
+        long_set_int(scaled, e);
+        long_debug_dump("chr", scaled, 0);
+    }
     // Near 1 the logarithm is small: keep its own digits.
     (void)long_subtract(m, one, d);
     long_normalise(d, normalise_strip);

@@ -80,6 +80,7 @@ int long_sin_cos_core(const LongNumber& x, LongNumber& s, LongNumber& c) {
     long_set_int(c, 1);
 
     fixed_from_long(x, arg, W);
+    fixed_debug_dump("x1", arg, W, 0);
     const int arg_end = fixed_last_nonzero(arg, 0, W - 1) + 1;  // blocks in use
     int bounds[sin_pieces + 1];
     bounds[0] = 0;
@@ -130,8 +131,13 @@ int long_sin_cos_core(const LongNumber& x, LongNumber& s, LongNumber& c) {
             if (rc == 0) rc = sum_to(p1, p2, true, mix);
             if (rc == 0) rc = sum_to(s, mix, false, next);
             if (rc < 0) return rc;
-            long_debug_dump("c1s2", p1, 0);
-            long_debug_dump("sa+b", next, 0);
+            if (mode.debug_display) {
+                // The products of the addition theorems, for the display only.
+                if (product_to(s, ck, working, mix) == 0) long_debug_dump("s1c2", mix, 0);
+                long_debug_dump("c1s2", p1, 0);
+                long_debug_dump("sa+b", next, 0);
+                if (product_to(c, ck, working, mix) == 0) long_debug_dump("c1c2", mix, 0);
+            }
             rc = product_to(c, dk, working, p1);
             if (rc == 0) rc = product_to(s, sk, working, p2);
             if (rc < 0) return rc;

@@ -144,8 +144,15 @@ int long_sqrt(const LongNumber& x, LongNumber& result) {
     LongNumber& diff = frame.take(final_precision + 16);
     LongNumber& half = frame.take(final_precision + 16);
     LongNumber& next = frame.take(final_precision + 16);
+    long_debug_dump("dd", x, 0);
     start_value(x, s);
     long_debug_dump("ds", s, 0);
+    if (long_state.mode.debug_display) {
+        // The radicand as the iterations read it: cut to the final precision.
+        long_copy(x, dividend);
+        cut_to(dividend, final_precision);
+        long_debug_dump("ddn", dividend, 0);
+    }
 
     // The early iterations need only twice the digits already right; the
     // precision doubles until it reaches the final one, where the stopping
@@ -161,9 +168,12 @@ int long_sqrt(const LongNumber& x, LongNumber& result) {
         long_copy(s, divisor);
         divisor.nrm = 0;
         long_normalise(divisor, normalise_cut);
+        long_debug_dump("dd2", dividend, 0);
+        long_debug_dump("dsn", divisor, 0);
         rc = long_divide(dividend, divisor, q);
         if (rc < 0) return rc;
         long_debug_dump("qu1", q, 0);
+        long_debug_dump("qux", q, 0);
         rc = long_subtract(q, s, diff);
         if (rc < 0) return rc;
         long_normalise(diff, normalise_round);

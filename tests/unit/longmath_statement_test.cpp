@@ -11,6 +11,7 @@
 #include "lang/lang_state.h"
 #include "lang/predefined_variables.h"
 #include "exec/memory_areas.h"
+#include "exec/variables.h"
 #include "longmath/long_state.h"
 #include "longmath/long_timing.h"
 #include "test_support.h"
@@ -106,6 +107,98 @@ TEST_F(LongStatements, FloatKeepsFloatingptlengthCurrent) {
     EXPECT_LT(run_command_line("float 1e7"), 0);
     EXPECT_NE(fe.take().find("ERROR - Invalid floating point length"), std::string::npos);
     EXPECT_EQ(long_state.mode.precision, 40);
+}
+
+// The operations timed by their callers print one label, whether the builtin
+// function or the LONG statement runs them.
+TEST_F(LongStatements, BuiltinsAndTheLongStatementPrintOneTimingLine) {
+    // The text before the time: the label, then the "%8.3f" field's blanks.
+    auto label_of = [&](const char* line, const std::string& label) {
+        fe.take();
+        EXPECT_EQ(run_command_line(line), 0) << fe.output;
+        const std::string out = fe.take();
+        const std::size_t at = out.find(label);
+        if (at == std::string::npos) return std::string("(none) ") + out;
+        return out.substr(at, out.find_first_of("0123456789", at) - at);
+    };
+    for (const char* timer : {"debug timer half", "debug timer root", "debug timer factorial", "debug timer mult"})
+        ASSERT_EQ(run_command_line(timer), 0);
+    // Times below 10 ms: the label, one blank, then the number's 3 blanks.
+    EXPECT_EQ(label_of("long m$, mult, 3, 4", "Mult"), "Mult Calc. Time:     ");
+    EXPECT_EQ(label_of("x = half(long(3))", "Half"), "Half Calc. Time:     ");
+    EXPECT_EQ(label_of("long h$, half, 3", "Half"), "Half Calc. Time:     ");
+    EXPECT_EQ(label_of("x = root(long(3), 3)", "ROOT"), "ROOT Calc. Time:     ");
+    EXPECT_EQ(label_of("long r$, root, 3, 3", "ROOT"), "ROOT Calc. Time:     ");
+    EXPECT_EQ(label_of("x = factorial(long(30))", "Factorial"), "Factorial Calc. Time:     ");
+    EXPECT_EQ(label_of("long f$, factorial, 30", "Factorial"), "Factorial Calc. Time:     ");
+}
+
+// Under DEBUG long every function shows the intermediate values it names.
+TEST_F(LongStatements, TheFunctionsShowTheirNamedDumps) {
+    auto labels_of = [&](const char* line) {
+        fe.take();
+        EXPECT_EQ(run_command_line(line), 0) << fe.output;
+        const std::string out = fe.take();
+        std::string labels = " ";
+        for (std::size_t at = out.find("\n"); at != std::string::npos; at = out.find("\n", at + 1)) {
+            const std::size_t colon = out.find(": blks=", at);
+            if (colon == std::string::npos || colon > at + 6) continue;
+            std::string label = out.substr(at + 1, colon - at - 1);
+            while (!label.empty() && label.back() == ' ') label.pop_back();
+            if (labels.find(" " + label + " ") == std::string::npos) labels += label + " ";
+        }
+        return labels;
+    };
+    auto has_all = [](const std::string& labels, std::initializer_list<const char*> names) {
+        std::string missing;
+        for (const char* n : names) {
+            if (labels.find(std::string(" ") + n + " ") == std::string::npos) missing += std::string(n) + " ";
+        }
+        return missing;
+    };
+    ASSERT_EQ(run_command_line("debug long"), 0);
+    EXPECT_EQ(has_all(labels_of("x = sqr(long(2))"), {"dd", "ds", "ddn", "dd2", "dsn", "qu1", "qux", "dif", "haf", "new"}), "");
+    EXPECT_EQ(has_all(labels_of("x = sin(long(1.5))"), {"x1", "trm1", "term", "sin1", "cos1", "sin2", "cos2", "s1c2",
+                                                        "c1s2", "sa+b", "c1c2", "s1s2", "ca+b", "sine"}),
+              "");
+    EXPECT_EQ(has_all(labels_of("x = exp(long(5))"), {"cln", "clg", "man", "nlg", "nln", "x1", "trm1", "term"}), "");
+    EXPECT_EQ(has_all(labels_of("x = log(long(5))"), {"x sm", "chr", "chre", "ln10", "sum"}), "");
+    EXPECT_EQ(has_all(labels_of("x = atn(long(0.3))"), {"x1", "powr", "term"}), "");
+    // The display changes no result.
+    for (const char* line : {"print sin(long(1.5))", "print sqr(long(2))", "print atn(long(0.3))"}) {
+        ASSERT_EQ(run_command_line("debug long off"), 0);
+        fe.take();
+        ASSERT_EQ(run_command_line(line), 0);
+        const std::string plain = fe.take();
+        ASSERT_EQ(run_command_line("debug long"), 0);
+        fe.take();
+        ASSERT_EQ(run_command_line(line), 0);
+        const std::string shown = fe.take();
+        EXPECT_EQ(shown.substr(shown.rfind('\n', shown.size() - 2) + 1), plain) << line;
+    }
+}
+
+// The peek values are doubles also in the long-default mode.
+TEST_F(LongStatements, PeekValuesAreSetInTheLongDefaultMode) {
+    ASSERT_EQ(run_command_line("long"), 0);
+    ASSERT_EQ(run_command_line("debug lnrat"), 0);
+    ASSERT_EQ(run_command_line("long m$, mult, 1234567, 1000"), 0);
+    for (const char* name : {"peekbcdlength", "peekbcdsign", "peekbcdexponent", "peekbcdfirst8", "peekbcdlast8",
+                             "peekbcdnextlast8"}) {
+        const int i = find_variable(name);
+        ASSERT_GE(i, 0) << name;
+        EXPECT_EQ(variable_at(i).type, 2u) << name;
+    }
+    EXPECT_EQ(variable_at(find_variable("peekbcdlength")).value.number, 7);
+    EXPECT_EQ(variable_at(find_variable("peekbcdexponent")).value.number, 10);
+    EXPECT_EQ(variable_at(find_variable("peekbcdfirst8")).value.number, 12345670);
+    fe.take();
+    ASSERT_EQ(run_command_line("debug peekbcd long(\"-1e-30\")"), 0);
+    ASSERT_EQ(run_command_line("print peekbcdsign; peekbcdexponent"), 0);
+    EXPECT_EQ(fe.take(), "           -1          -29\n");
+    // New variables are still long ones.
+    ASSERT_EQ(run_command_line("y = 1"), 0);
+    EXPECT_EQ(variable_at(find_variable("y")).type, 14u);
 }
 
 }  // namespace
