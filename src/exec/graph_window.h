@@ -24,6 +24,9 @@ public:
     virtual void resize_to_graph() = 0;
     /// Asks for a repaint; `full` recomputes the layout and erases first.
     virtual void repaint(bool full) = 0;
+    /// Carries out an asked-for repaint at once, so that the calculated
+    /// scales and offsets are those of the graph as it is now (LISTPARMS).
+    virtual void repaint_now() {}
     /// Shows the window normally, then maximised.
     virtual void maximise() = 0;
     /// Brings the Grid/Axes/Border menu marks in line with the settings.

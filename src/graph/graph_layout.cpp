@@ -122,8 +122,9 @@ int layout_graph(double ppi_x, double ppi_y, const LayoutRoom& room) {
     }
     s.hscale_calculated = h.scale;
     s.vscale_calculated = v.scale;
-    s.hoffset_calculated = h.offset;
-    s.voffset_calculated = v.offset;
+    // (+ 0.0: an offset of minus a zero data value is listed as 0, not -0)
+    s.hoffset_calculated = h.offset + 0.0;
+    s.voffset_calculated = v.offset + 0.0;
     f.ppdu_x = ppi_x / h.scale;
     f.ppdu_y = ppi_y / v.scale;
     if (!usable_ppdu(f.ppdu_x) || !usable_ppdu(f.ppdu_y)) return -1;

@@ -351,6 +351,7 @@ int do_graph() {
 }
 
 void list_graph_parameters() {
+    if (graph.open && graph.repaint_pending && host.graph_window != nullptr) host.graph_window->repaint_now();
     const GraphSettings& s = graph.settings;
     console_write("GRAPH parameters currently in effect:\n");
     console_write(s.grid != 0 ? "   GRID\n" : "   NOGRID\n");

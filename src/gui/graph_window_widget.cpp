@@ -326,6 +326,20 @@ void QtGraphWindow::repaint(bool full) {
     }
 }
 
+void QtGraphWindow::repaint_now() {
+    if (frame_.isNull()) return;
+    if (frame_->isVisible()) frame_->canvas()->repaint();
+    if (!graph.repaint_pending) return;
+    // Not shown (batch mode, or minimised): the graph is laid out on an
+    // image at the screen's resolution instead.
+    QImage image;
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const int rc = render_graph_image(image, screen != nullptr ? screen->logicalDotsPerInch() : 96.0, target_screen,
+                                      hidden_state_);
+    graph.repaint_pending = false;
+    if (rc < 0) message_box("Tessaline Graph", "Horizontal or Vertical Scale is too small");
+}
+
 void QtGraphWindow::maximise() {
     if (frame_.isNull() || !visible_) return;
     frame_->showNormal();

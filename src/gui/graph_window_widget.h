@@ -97,6 +97,7 @@ public:
     void destroy() override;
     void resize_to_graph() override;
     void repaint(bool full) override;
+    void repaint_now() override;
     void maximise() override;
     void update_menu_marks() override;
     void draw_text_entry(int index) override;
@@ -107,6 +108,7 @@ public:
 private:
     bool visible_;
     QPointer<GraphFrame> frame_;
+    GraphPaintState hidden_state_;  ///< for paints of a window that is not shown
     QTimer* repaint_timer_ = nullptr;
 };
 

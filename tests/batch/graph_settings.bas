@@ -12,4 +12,15 @@ graph noaxes, grid, border, includexaxis = 0, numberyaxis = 0, landscape
 graph listparms, nogrid
 graph end
 print "ended"
+// Automatic scales and offsets list what the layout calculated for the data
+// as they are now. Without numbers along the axes and with given margins the
+// plotting area leaves the same room on every screen.
+graph width = 5, height = 4, numberxaxis = 0, numberyaxis = 0, hmargin = 0.5, vmargin = 0.5, clearance = 0
+for i = 0 to 4
+  plot x = i, y = 10 * i
+next i
+graph listparms
+plot x = 8, y = -10
+graph listparms
+graph end
 graph listparms
