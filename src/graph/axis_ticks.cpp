@@ -112,7 +112,7 @@ void log_ticks(double lo, double hi, double length, double spacing, AxisTicks& o
     }
     double step = 1.0;
     if (per_decade < spacing) step = nice_step(spacing / per_decade);
-    const double from = std::ceil(first / step) * step;
+    const double from = std::ceil(first / step) * step + 0.0;  // (+ 0.0: never minus zero)
     const bool plain = from >= -3.0 && last <= 4.0;  // 0.001 .. 10000 read well as they are
     out.power_labels = !plain;
     for (double d = from; d <= last && out.count < max_axis_ticks; d += step) {

@@ -63,6 +63,9 @@ TEST(AxisTicks, LogDecadesWithMinorTicks) {
     EXPECT_EQ(labels(t).front(), "\u221212");
     EXPECT_EQ(t.value[1] - t.value[0], 2.0);
     EXPECT_EQ(t.minor_count, 0);
+    log_ticks(-0.2, 20, 200, 40, t);  // the first power is 10 to the 0, not minus 0
+    EXPECT_TRUE(t.power_labels);
+    EXPECT_EQ(labels(t).front(), "0");
     log_ticks(std::log10(2.0), std::log10(8.0), 400, 50, t);  // under a decade: linear numbers
     EXPECT_EQ(labels(t), (std::vector<std::string>{"2", "4", "6", "8"}));
     EXPECT_DOUBLE_EQ(t.value[0], std::log10(2.0));
