@@ -80,10 +80,9 @@ int read_into(const VariableTarget& target) {
     int error_at = 0;
     const int fault = read_value_item(list.text, list.end, pos, item, more, error_at);
     if (fault != 0) return report_in_data(e, fault, error_at);
-    if (target.type != kind_string && (item.quoted || !is_number_entry(std::string_view(item.text, item.length))))
-        return report_in_data(e, err_incorrect_data_type_looking_number, item.column);
+    if (const int unfit = entry_fault(target.type, item); unfit != 0) return report_in_data(e, unfit, item.column);
     exec.data_offset = more ? static_cast<std::int32_t>(pos - list.text) : -1;
-    const std::string_view text(item.text, item.length);
+    const std::string_view text = entry_text(item);
     return target.type == kind_string ? store_text(target, text) : store_number_text(target, text);
 }
 

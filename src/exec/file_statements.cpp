@@ -359,10 +359,9 @@ int input_value(FileEntry& f, const VariableTarget& t) {
     }
     f.input_position = static_cast<std::size_t>(pos - list);
     if (!more) f.input_loaded = false;
-    const std::string_view text(item.text, item.length);
-    if (t.type == kind_string) return store_text(t, text);
-    if (item.quoted || !is_number_entry(text)) return fail(t.column, err_incorrect_data_type_looking_number);
-    return store_number_text(t, text);
+    if (const int unfit = entry_fault(t.type, item); unfit != 0) return fail(t.column, unfit);
+    const std::string_view text = entry_text(item);
+    return t.type == kind_string ? store_text(t, text) : store_number_text(t, text);
 }
 
 int line_value(FileEntry& f, const VariableTarget& t) {

@@ -104,9 +104,7 @@ int check_entry(const VariableTarget* targets, int count) {
         int error_at = 0;
         const int fault = read_value_item(list, end, pos, item, more, error_at);
         if (fault != 0) return fault;
-        if (targets[i].type != kind_string &&
-            (item.quoted || !is_number_entry(std::string_view(item.text, item.length))))
-            return err_incorrect_data_type_looking_number;
+        if (const int unfit = entry_fault(targets[i].type, item); unfit != 0) return unfit;
     }
     return more ? err_too_many_data_values : 0;
 }
@@ -121,7 +119,7 @@ int store_entry(const VariableTarget* targets, int count) {
         bool more = false;
         int error_at = 0;
         if (read_value_item(list, end, pos, item, more, error_at) != 0) return -1;
-        const std::string_view text(item.text, item.length);
+        const std::string_view text = entry_text(item);
         const int rc = targets[i].type == kind_string ? store_text(targets[i], text) : store_number_text(targets[i], text);
         if (rc < 0) return rc;
     }
@@ -154,8 +152,9 @@ int input_statement(bool line_input) {
         if (host.flags.interrupt_requested.load()) return poll_interruption();
         if (line_input) {
             const std::string& line = host.input_line;
-            const std::size_t n = line.size() < max_string_length ? line.size() : max_string_length;
-            return store_text(targets[0], std::string_view(line.data(), n));
+            if (line.size() <= max_string_length) return store_text(targets[0], line);
+            console_print("?Redo from start - %s\n", error_messages[static_cast<std::size_t>(err_string_too_long)]);
+            continue;
         }
         const int fault = check_entry(targets, count);
         if (fault == 0) return store_entry(targets, count);

@@ -1,8 +1,10 @@
 // statement_targets.cpp — target variables of INPUT, READ and friends, and value lists.
 #include "exec/statement_targets.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "exec/commands.h"
 #include "exec/exec_state.h"
@@ -17,6 +19,7 @@
 #include "longmath/long_convert.h"
 #include "longmath/long_space.h"
 #include "longmath/long_state.h"
+#include "longmath/long_text.h"
 
 namespace tl {
 namespace {
@@ -133,12 +136,27 @@ bool is_number_entry(std::string_view text) {
     return i == text.size();
 }
 
+/// The double that `text` (a checked number entry) stands for; a text too
+/// long for a stack buffer is copied to the heap, which only an over-long
+/// typed or read value ever needs.
+double entry_double(std::string_view text) {
+    char digits[max_string_length + 1];
+    // strtod does not take the "+" that a number entry may start with.
+    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+    if (text.size() < sizeof digits) {
+        std::memcpy(digits, text.data(), text.size());
+        digits[text.size()] = 0;
+        return std::strtod(digits, nullptr);
+    }
+    const std::string copy(text);
+    return std::strtod(copy.c_str(), nullptr);
+}
+
 int store_number_text(const VariableTarget& t, std::string_view text) {
     text = trimmed(text);
-    char digits[256];
-    copy_text(digits, sizeof digits, text.empty() ? std::string_view("0") : text);
+    if (text.empty()) text = "0";
     if (t.type == kind_double) {
-        *t.number = std::strtod(digits, nullptr);
+        *t.number = entry_double(text);
         return 0;
     }
     if (*t.word == 0) {
@@ -147,8 +165,24 @@ int store_number_text(const VariableTarget& t, std::string_view text) {
         *t.word = static_cast<std::uint32_t>(ref);
     }
     lang.reporter.error_column = t.column;
-    const int rc = long_from_text(digits, long_at(*t.word), true);
+    const int rc = long_from_text(text, long_at(*t.word), true);
     return rc < 0 ? rc : 0;
+}
+
+std::string_view entry_text(const ValueItem& item) {
+    if (!item.quoted && item.too_long) return item.whole;
+    return std::string_view(item.text, item.length);
+}
+
+int entry_fault(std::uint32_t type, const ValueItem& item) {
+    if (type == kind_string) return item.too_long ? err_string_too_long : 0;
+    const std::string_view text = trimmed(entry_text(item));
+    if (item.quoted || !is_number_entry(text)) return err_incorrect_data_type_looking_number;
+    if (text.empty()) return 0;
+    if (type == kind_double) return std::isinf(entry_double(text)) ? err_too_large_for_double : 0;
+    ParsedLongText parsed;
+    const int rc = long_parse_text(text, parsed, false);
+    return rc < 0 ? -rc : 0;
 }
 
 int store_text(const VariableTarget& t, std::string_view text) {
@@ -193,7 +227,11 @@ int read_value_item(const char* list, const char* end, const char*& pos, ValueIt
                 }
                 c = escaped_character(*p);
             }
-            if (n < max_string_length) item.text[n++] = c;
+            if (n < max_string_length) {
+                item.text[n++] = c;
+            } else {
+                item.too_long = true;
+            }
             ++p;
         }
         while (p < end && is_blank(*p)) ++p;
@@ -205,7 +243,9 @@ int read_value_item(const char* list, const char* end, const char*& pos, ValueIt
         const char* q = p;
         while (q < end && *q != ',') ++q;
         const std::string_view text = trimmed(std::string_view(p, static_cast<std::size_t>(q - p)));
-        n = text.size() < max_string_length ? text.size() : max_string_length;
+        item.whole = text;
+        item.too_long = text.size() > max_string_length;
+        n = item.too_long ? max_string_length : text.size();
         std::memcpy(item.text, text.data(), n);
         p = q;
     }

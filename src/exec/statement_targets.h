@@ -39,8 +39,8 @@ struct VariableTarget {
 /// An empty text counts as a number (zero).
 [[nodiscard]] bool is_number_entry(std::string_view text);
 
-/// Stores a number given as text (already checked with is_number_entry)
-/// into a double or LONGMATH target. Returns 0 or a negated error.
+/// Stores a number given as text (already checked with entry_fault) into a
+/// double or LONGMATH target. Returns 0 or a negated error.
 [[nodiscard]] int store_number_text(const VariableTarget& target, std::string_view text);
 
 /// Stores a string into a string target. Returns 0 or a negated error.
@@ -51,7 +51,9 @@ struct ValueItem {
     char text[256] = {};
     std::size_t length = 0;
     bool quoted = false;
+    bool too_long = false;  ///< the value has more characters than a string holds
     int column = 0;  ///< offset of the value's first character in the list
+    std::string_view whole;  ///< an unquoted value as written, however long (in the list)
 };
 
 /// Reads the value at `*pos` of the list text [list, end): a quoted string
@@ -63,6 +65,19 @@ struct ValueItem {
 /// is then the offset of the fault.
 [[nodiscard]] int read_value_item(const char* list, const char* end, const char*& pos, ValueItem& item,
                                   bool& more, int& error_at);
+
+/// Whether `item` can be stored into a target of `type` exactly as written:
+/// 0, or the positive number of the message that says why not — a string
+/// longer than a string holds (101), text or a quoted value for a number
+/// (115), a number beyond the range of a double (164), or a number string
+/// that a LONGMATH number cannot take (148-151, such as an exponent out of
+/// range). A number too small for a double is rounded to the nearest one
+/// (zero below the smallest), as every decimal number is.
+[[nodiscard]] int entry_fault(std::uint32_t type, const ValueItem& item);
+
+/// The text to store for `item`: the value as written (never cut for a
+/// number; strings are checked by entry_fault first).
+[[nodiscard]] std::string_view entry_text(const ValueItem& item);
 
 /// True when the statement being executed is on the line typed at the
 /// prompt (not in the program that a typed GOTO or GOSUB went into).
