@@ -67,6 +67,10 @@ bool put_integer(HexText& out, std::uint64_t value) {
     return true;
 }
 
+/// Hex digits of a double's fraction: 52 bits past the 1074 that the
+/// smallest double reaches, so 269 digits hold every fraction exactly.
+constexpr int double_fraction_digits = 269;
+
 int double_to_hex(const Item& p, double x) {
     HexText out;
     if (std::signbit(x) && x != 0.0) {
@@ -76,14 +80,36 @@ int double_to_hex(const Item& p, double x) {
     if (!(x < 18446744073709551616.0)) return fail_at(err_number_too_large_convert_hex, p);  // also NaN
     const double whole = std::floor(x);
     put_integer(out, static_cast<std::uint64_t>(whole));
-    double fraction = x - whole;  // exact, and each step below is exact
-    if (fraction > 0.0 && out.put('.')) {
-        while (fraction > 0.0) {
-            fraction *= 16.0;
-            const double digit = std::floor(fraction);
-            if (!out.put(hex_digits[static_cast<int>(digit)])) break;
-            fraction -= digit;
+    // The fraction's digits, exactly: each step below is exact.
+    unsigned char digits[double_fraction_digits];
+    int count = 0;
+    for (double fraction = x - whole; fraction > 0.0 && count < double_fraction_digits;) {
+        fraction *= 16.0;
+        const double digit = std::floor(fraction);
+        digits[count++] = static_cast<unsigned char>(digit);
+        fraction -= digit;
+    }
+    // Only a fraction below 16^-240 or so is longer than the text can hold
+    // (its integer part is then 0): it is rounded to the last digit that
+    // fits, half to even, and is 0 when nothing significant is left.
+    const int room = static_cast<int>(max_string_length - out.length) - 1;
+    if (count > room) {
+        const int next = digits[room];
+        bool beyond = false;
+        for (int i = room + 1; i < count; ++i) beyond = beyond || digits[i] != 0;
+        count = room;
+        const bool up = next > 8 || (next == 8 && (beyond || (count > 0 && digits[count - 1] % 2 == 1)));
+        for (int i = count - 1; up && i >= 0; --i) {
+            if (++digits[i] < 16) break;
+            digits[i] = 0;  // a carry past the point cannot happen: the leading digits are zeros
         }
+        while (count > 0 && digits[count - 1] == 0) --count;
+    }
+    if (count > 0) {
+        out.put('.');
+        for (int i = 0; i < count; ++i) out.put(hex_digits[digits[i]]);
+    } else if (whole == 0.0) {
+        return text_result("0", 1);  // too small to show, whatever its sign
     }
     return text_result(out.text, out.length);
 }
@@ -117,6 +143,7 @@ int long_to_hex(const Item& p, const LongNumber& n) {
         reversed[hex_count++] = hex_digits[rest];
         while (first < int_digits && integer[first] == 0) ++first;
     }
+    const int integer_hex = hex_count;  // significant digits of the integer part
     if (hex_count == 0) reversed[hex_count++] = '0';
     if (out.length + static_cast<std::size_t>(hex_count) > max_string_length)
         return fail_at(err_integer_part_hex_number_too, p);
@@ -132,11 +159,15 @@ int long_to_hex(const Item& p, const LongNumber& n) {
     for (int i = 0; i < frac_digits; ++i) {
         fraction[i] = static_cast<unsigned char>(n.exp < 0 ? long_digit(n, i + n.exp) : long_digit(n, int_digits + i));
     }
-    const int carried = std::max(frac_digits, long_state.mode.precision - int_digits);
-    int wanted = static_cast<int>(std::ceil(carried * 0.8305));
+    // Significant hex digits are counted from the first non-zero one: the
+    // zeros that lead a small fraction carry no precision.
+    const int carried = std::max(n.len, long_state.mode.precision);
+    int wanted = static_cast<int>(std::ceil(carried * 0.8305)) - integer_hex;
     int last = frac_digits - 1;
+    const std::size_t point = out.length;
     if (!out.put('.')) return text_result(out.text, out.length);
-    while (wanted-- > 0 && last >= 0) {
+    bool significant = integer_hex > 0;
+    while (wanted > 0 && last >= 0) {
         int carry = 0;
         for (int i = last; i >= 0; --i) {
             const int v = fraction[i] * 16 + carry;
@@ -144,8 +175,12 @@ int long_to_hex(const Item& p, const LongNumber& n) {
             carry = v / 10;
         }
         if (!out.put(hex_digits[carry])) break;
+        significant = significant || carry != 0;
+        if (significant) --wanted;
         while (last >= 0 && fraction[last] == 0) --last;
     }
+    while (out.length > point + 1 && out.text[out.length - 1] == '0') --out.length;
+    if (out.length == point + 1) out.length = point;  // nothing but zeros behind the point
     return text_result(out.text, out.length);
 }
 

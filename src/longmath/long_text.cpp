@@ -67,6 +67,8 @@ int long_parse_text(std::string_view text, ParsedLongText& out, bool report) {
         ++pos;
         bool negative = false;
         if (pos < end && (text[pos] == '+' || text[pos] == '-')) negative = text[pos++] == '-';
+        // At least one digit, as in a number constant: "1e" and "1e+" are no numbers.
+        if (pos >= end) return fail(err_invalid_character_number_string, report);
         for (; pos < end; ++pos) {
             if (!is_digit(text[pos])) return fail(err_invalid_character_number_string, report);
             written_exponent = written_exponent * 10 + (text[pos] - '0');

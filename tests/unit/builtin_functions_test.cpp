@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <cmath>
+#include <cstdlib>
+#include <random>
 
 #include <string>
 
@@ -225,6 +227,66 @@ TEST_F(BuiltinFunctions, SortOfALongArrayComparesLongNumbers) {
     EXPECT_EQ(a->words()[2], empty_ref);
     EXPECT_EQ(sorted[3], 2);
     EXPECT_EQ(sorted[4], 3);
+}
+
+}  // namespace
+}  // namespace tl::test
+
+namespace tl::test {
+namespace {
+
+/// The value of a hexconvert text, read by the C library's hexadecimal
+/// floating-point parser (correctly rounded) as the reference.
+double hex_text_value(const std::string& text) {
+    std::string c = text;
+    const bool negative = !c.empty() && c[0] == '-';
+    if (negative) c.erase(0, 1);
+    return (negative ? -1 : 1) * std::strtod(("0x" + c + "p0").c_str(), nullptr);
+}
+
+TEST_F(BuiltinFunctions, HexconvertOfADoubleIsExactWhereItsTextFitsAndRoundedBelow) {
+    std::mt19937_64 draw(19);
+    for (int i = 0; i < 400; ++i) {
+        // Every binary exponent a double has, including the subnormal ones.
+        const std::uint64_t mantissa = draw() >> 11;  // below 2^53
+        const int exponent = -1074 + static_cast<int>(draw() % 1100);
+        const double x = (i % 2 == 0 ? 1.0 : -1.0) * std::ldexp(static_cast<double>(mantissa), exponent);
+        if (!(std::fabs(x) < 18446744073709551616.0)) continue;
+        const std::string expression =
+            "hexconvert(" + std::string(i % 2 == 0 ? "" : "-") + std::to_string(mantissa) + " * 2 ^ " +
+            std::to_string(exponent) + ")";
+        const std::uint32_t mark = temp_string_mark();
+        const std::string text = text_of(expression);
+        release_temp_strings(mark);
+        ASSERT_LE(text.size(), 255u) << expression;
+        const double back = hex_text_value(text);
+        if (std::fabs(x) >= std::ldexp(1.0, -960)) {
+            EXPECT_EQ(back, x) << expression << " gave " << text;
+        } else {
+            // 253 hex digits behind the point (252 after a sign): off by at
+            // most half the last one.
+            EXPECT_LE(std::fabs(back - x), std::ldexp(1.0, x < 0 ? -1009 : -1013)) << expression << " gave " << text;
+            if (text != "0") {
+                EXPECT_NE(text.back(), '0') << expression;
+            }
+        }
+    }
+    EXPECT_EQ(text_of("hexconvert(5e-324)"), "0");
+    EXPECT_EQ(text_of("hexconvert(-5e-324)"), "0");
+    EXPECT_EQ(text_of("hexconvert(2 ^ -1012)"), "0." + std::string(252, '0') + "1");
+    EXPECT_EQ(text_of("hexconvert(2 ^ -1012 + 2 ^ -1013)"), "0." + std::string(252, '0') + "2");  // half to even
+    EXPECT_EQ(text_of("hexconvert(3 * 2 ^ -1013)"), "0." + std::string(252, '0') + "2");
+}
+
+TEST_F(BuiltinFunctions, HexconvertOfALongCountsDigitsFromTheFirstSignificantOne) {
+    // A small long number keeps as many significant hex digits as a large one.
+    const std::string small = text_of("hexconvert(long(\"1e-30\"))");
+    const std::string unit = text_of("hexconvert(long(\"0.1\"))");
+    const std::size_t first = small.find_first_not_of("0.");
+    ASSERT_NE(first, std::string::npos) << small;
+    EXPECT_GE(small.size() - first + 1, unit.size() - 2) << small;
+    EXPECT_EQ(text_of("hexconvert(long(\"0.5\"))"), "0.8");
+    EXPECT_EQ(text_of("hexconvert(long(\"16\"))"), "10");
 }
 
 }  // namespace

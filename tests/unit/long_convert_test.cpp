@@ -54,7 +54,9 @@ TEST_F(LongConvertTest, ParseErrorsLeaveTheDestinationAndReportOnlyWhenAsked) {
         const char* text;
         int error;
     } cases[] = {{"1.2.3", 148}, {".", 150}, {"e5", 150}, {"", 150}, {"-", 150},
-                 {"12a", 149},   {"1e5x", 149}, {"1 ", 149}, {"1e1000001", 151}, {"1e-1000001", 151}};
+                 {"12a", 149},   {"1e5x", 149}, {"1 ", 149}, {"1e1000001", 151}, {"1e-1000001", 151},
+                 // An exponent needs a digit, as in a number constant and val().
+                 {"1e", 149},    {"1e+", 149},  {"2.5E-", 149}};
     for (const Case& c : cases) {
         LongNumber n = make_long("42");
         EXPECT_EQ(parse(c.text, n), -c.error) << c.text;
