@@ -74,6 +74,7 @@ int check_program() {
     const ExecState saved = exec;
     const bool saved_trace = exec.trace;
     reset_run_state(true);
+    exec.interrupted = false;
     exec.check_mode = true;
     exec.skip = true;
     exec.trace = false;
@@ -124,7 +125,13 @@ int load_and_run(const char* file, bool load_only, bool keep_data) {
         }
         const int checked = check_program();
         if (checked < 0) {
+            // An interruption while checking was reported as such; the
+            // program itself may be free of errors.
             if (load_only) return checked;
+            if (exec.interrupted) {
+                if (chained && exec.program_messages) console_write("\n----- Program Terminated-------\n");
+                return checked;
+            }
             return report_error_no_echo(err_program_has_errors_cannot_run);
         }
         if (load_only) {

@@ -74,6 +74,7 @@ struct ExecState {
     std::uint32_t jump_target = 0;  ///< statement number, 0 for none
     int target_column = 0;          ///< column of the statement number of GOTO/GOSUB/ON
     bool program_ended = false;
+    bool interrupted = false;  ///< the user's interruption ended the last run or check
     bool chain_pending = false;
     bool chain_keep_data = false;
     char chain_file[261] = {};

@@ -116,6 +116,7 @@ int housekeeping() {
 }  // namespace
 
 void end_program_by_interruption() {
+    exec.interrupted = true;
     exec.chain_pending = false;
     end_run_loop();
     exec.program_ended = true;

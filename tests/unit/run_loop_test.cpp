@@ -11,6 +11,7 @@
 #include "exec/run_loop.h"
 #include "exec/variables.h"
 #include "longmath/long_arith.h"
+#include "shell_test_support.h"
 #include "test_support.h"
 
 namespace tl::test {
@@ -132,6 +133,26 @@ TEST_F(RunLoopTest, ContinueInAForLoopPassesOverItsBodyUntilInterrupted) {
     EXPECT_EQ(number("i"), 2.0);
     EXPECT_EQ(number("n"), 2.0);
     EXPECT_EQ(number("m"), 1.0);
+}
+
+TEST_F(RunLoopTest, InterruptingAnEndlessChainReportsOnlyTheInterruption) {
+    // Wherever the interruption falls (in a run or in the check of the next
+    // program), it is the one report: the program has no errors.
+    ScratchDir scratch;
+    const std::string file = scratch / "again.bas";
+    write_file(file, "x = x + 1\r\nchain \"" + file + "\"\r\n");
+    const std::string command = "run \"" + file + "\"";
+    for (int after = 1; after <= 40; ++after) {
+        scripted.interrupt_after = after;
+        scripted.pumps = 0;
+        EXPECT_LT(run_command_line(command.c_str()), 0);
+        const std::string out = scripted.take();
+        EXPECT_NE(out.find("ERROR - User interrupted program"), std::string::npos) << after << out;
+        EXPECT_EQ(out.find("can't run"), std::string::npos) << after << out;
+    }
+    scripted.interrupt_after = -1;
+    EXPECT_EQ(run_command_line("print 7"), 0);
+    EXPECT_EQ(scripted.take(), "7\n");
 }
 
 TEST_F(RunLoopTest, TheLongHookStopsALongComputation) {
