@@ -115,6 +115,9 @@ int print_items(PrintSession& s) {
         }
     }
     bool any = false;
+    // A TAB followed by ";" that ends the statement keeps its position for
+    // the next PRINT, as an item followed by ";" keeps the line.
+    bool tab_continues = false;
     for (;;) {
         // Passed over, a PRINT changes nothing: not the line's continue flag,
         // not a pending TAB.
@@ -137,6 +140,7 @@ int print_items(PrintSession& s) {
                 if (int rc = set_tab_target(s, column); rc < 0) return rc;
             }
             skip_blanks();
+            tab_continues = lang.scan.position < lang.scan.end && *lang.scan.position == ';';
             if (lang.scan.position < lang.scan.end && (*lang.scan.position == ';' || *lang.scan.position == ','))
                 ++lang.scan.position;
             continue;
@@ -144,6 +148,7 @@ int print_items(PrintSession& s) {
         const int kind = evaluate_expression(scan_separators);
         if (kind < 0) return kind;
         if (kind == 0) break;
+        tab_continues = false;
         std::string_view text;
         double number = 0;
         int write_kind = kind;
@@ -193,7 +198,7 @@ int print_items(PrintSession& s) {
         if (t != ';' && t != ',') break;
     }
     if (skip) return 0;
-    return end_print_line(s, any);
+    return end_print_line(s, any || tab_continues);
 }
 
 }  // namespace

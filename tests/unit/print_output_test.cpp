@@ -1,6 +1,7 @@
 // print_output_test.cpp — what PRINT and WRITE put on the line: long numbers
 // in every field width, text buffers sized from the text, USING's separator,
 // columns of characters that take more than one byte.
+#include <initializer_list>
 #include <random>
 #include <utility>
 #include <string>
@@ -121,6 +122,23 @@ TEST_F(PrintOutputTest, TheMicroSignTakesOneColumn) {
     const std::string six = ok("print using \"eng\"; 5e-6; 5e-6; 5e-6; 5e-6; 5e-6; 5e-6");
     EXPECT_EQ(six.find('\n'), six.size() - 1) << six;
     EXPECT_EQ(ok("print string$(3, 65); chr$(181); tab(6); \"x\""), "AAA\xB5 x\n");  // a lone byte is one column
+}
+
+// ---- TAB at the end of a statement ------------------------------------------
+
+TEST_F(PrintOutputTest, ATabFollowedBySemicolonAtTheEndWaitsForTheNextPrint) {
+    // The lines run one after the other, their output joined in that order.
+    const auto lines = [this](std::initializer_list<const char*> typed) {
+        std::string out;
+        for (const char* line : typed) out += ok(line);
+        return out;
+    };
+    EXPECT_EQ(lines({"print tab(10);", "print \"x\""}), std::string(9, ' ') + "x\n");
+    EXPECT_EQ(lines({"print \"ab\"; tab(10);", "print \"x\""}), "ab" + std::string(7, ' ') + "x\n");
+    // Without the ";" the statement ends the line, as a bare PRINT does.
+    EXPECT_EQ(lines({"print tab(10)", "print \"x\""}), "\nx\n");
+    // A TAB before the current column moves to the next line first.
+    EXPECT_EQ(lines({"print \"abcdef\";", "print tab(3);", "print \"x\""}), "abcdef\n  x\n");
 }
 
 }  // namespace
