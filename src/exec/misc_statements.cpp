@@ -1,4 +1,5 @@
 // misc_statements.cpp — BEEP, CLS, COLOR, DELAY, CHDIR, SPAWN and HELP.
+#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -109,7 +110,19 @@ bool spawn_command(const char* command) {
     posix_spawn_file_actions_t actions;
     if (posix_spawn_file_actions_init(&actions) != 0) return false;
     int rc = posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-    if (rc == 0) rc = posix_spawn(&pid, "/bin/sh", &actions, nullptr, argv, environ);
+    // Signals the interpreter ignores (a file over the size limit) take
+    // their default action again in the command.
+    posix_spawnattr_t attributes;
+    if (rc == 0) rc = posix_spawnattr_init(&attributes);
+    if (rc == 0) {
+        sigset_t defaults;
+        sigemptyset(&defaults);
+        sigaddset(&defaults, SIGXFSZ);
+        rc = posix_spawnattr_setsigdefault(&attributes, &defaults);
+        if (rc == 0) rc = posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+        if (rc == 0) rc = posix_spawn(&pid, "/bin/sh", &actions, &attributes, argv, environ);
+        posix_spawnattr_destroy(&attributes);
+    }
     posix_spawn_file_actions_destroy(&actions);
     if (rc != 0) return false;
     int status = 0;

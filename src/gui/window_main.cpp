@@ -18,6 +18,7 @@
 #include "shell/log_file.h"
 #include "shell/session.h"
 #include "shell/shell_state.h"
+#include "shell/termination_signals.h"
 
 namespace {
 
@@ -75,6 +76,7 @@ int main(int argc, char** argv) {
     using namespace tl::shell;
     const std::string program_path = argc > 0 && argv[0] != nullptr ? argv[0] : "";
     const std::vector<std::string> parameters(argv + (argc > 0 ? 1 : 0), argv + argc);
+    ignore_file_size_signal();
     const CommandLineCheck check = check_command_line(program_path, parameters);
     switch (check.action) {
     case StartAction::refuse: std::fprintf(stderr, "Error: %s\n", check.error.c_str()); return -1;

@@ -59,6 +59,8 @@ int main(int argc, char** argv) {
     const std::string program_path = argc > 0 && argv[0] != nullptr ? argv[0] : "";
     const std::vector<std::string> parameters(argv + (argc > 0 ? 1 : 0), argv + argc);
 
+    // Before the window program takes over, which keeps the setting.
+    ignore_file_size_signal();
     const CommandLineCheck check = check_command_line(program_path, parameters);
     switch (check.action) {
     case StartAction::refuse:

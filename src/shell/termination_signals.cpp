@@ -50,6 +50,13 @@ void install_termination_handlers() {
     for (const int s : handled_signals) sigaction(s, &action, nullptr);
 }
 
+void ignore_file_size_signal() {
+    struct sigaction action {};
+    action.sa_handler = SIG_IGN;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGXFSZ, &action, nullptr);
+}
+
 int termination_signal() { return shell_state.termination_signal; }
 
 void end_by_termination_signal() {

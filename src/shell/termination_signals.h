@@ -14,6 +14,11 @@ namespace tl::shell {
 /// INPUT, the stepping prompt, the closing prompt) ends as at the end of input.
 void install_termination_handlers();
 
+/// A file written past the size limit of the process (ulimit -f) fails its
+/// write with an error that the statement reports, instead of the signal
+/// ending the process. Programs that SPAWN starts get the default back.
+void ignore_file_size_signal();
+
 /// The signal that asked Tessaline to end, or 0.
 [[nodiscard]] int termination_signal();
 

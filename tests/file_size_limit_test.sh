@@ -1,0 +1,50 @@
+#!/bin/sh
+# A file written past the process's size limit (ulimit -f) is a reported
+# write error: Console mode and batch mode go on to their normal end. A
+# command started by SPAWN still meets the limit as a signal, as it would
+# when started from a shell.
+# Usage: file_size_limit_test.sh PATH-TO-TESSALINE
+set -u
+bin=$1
+scratch=$(mktemp -d) || exit 1
+trap 'rm -rf "$scratch"' EXIT
+export HOME="$scratch/home"
+export XDG_CONFIG_HOME="$scratch/config"
+export XDG_STATE_HOME="$scratch/state"
+export QT_QPA_PLATFORM=offscreen
+export XDG_RUNTIME_DIR="$scratch/runtime"
+mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/work"
+printf '[Settings]\nWorkPath=%s\n' "$scratch/work" >"$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
+
+fail() { echo "FAIL: $*"; exit 1; }
+
+cat >"$scratch/work/big.bas" <<'BAS'
+open "o", 1, "big.txt"
+for i = 1 to 100000
+  print #1, "a line long enough to pass the limit soon "; i
+next
+BAS
+
+for mode in /c --batch; do
+  out=$(cd "$scratch/work" && ulimit -f 16 && "$bin" $mode big.bas </dev/null 2>&1)
+  status=$?
+  [ $status -le 1 ] || fail "$mode: ended with status $status (a signal?)"
+  echo "$out" | grep -q "failed: File too large" || fail "$mode: no write failure shown: $out"
+  [ "$mode" = /c ] && { echo "$out" | grep -q "Press <enter> to terminate program." || fail "/c: no normal end: $out"; }
+  rm -f "$scratch/work/big.txt"
+done
+
+cat >"$scratch/work/spawn.bas" <<'BAS'
+spawn "sh -c 'ulimit -f 1; head -c 5000 /dev/zero >spawned.bin; echo $? >status.txt'"
+BAS
+(cd "$scratch/work" && "$bin" /c spawn.bas </dev/null >/dev/null 2>&1) || fail "spawn program failed"
+tries=0
+while [ ! -s "$scratch/work/status.txt" ]; do
+  tries=$((tries + 1))
+  [ $tries -gt 300 ] && fail "the spawned command wrote no status"
+  sleep 0.01
+done
+# 128 + SIGXFSZ (25 on Linux): the shell's child was ended by the signal.
+[ "$(cat "$scratch/work/status.txt")" = 153 ] || fail "spawned command: status $(cat "$scratch/work/status.txt"), not 153"
+echo ok
