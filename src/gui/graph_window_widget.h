@@ -102,8 +102,12 @@ public:
     void update_menu_marks() override;
     void draw_text_entry(int index) override;
     void message_box(std::string_view caption, std::string_view text) override;
+    // The graph's outputs (export_window.cpp). In batch mode every dialog
+    // takes what it proposes.
+    int export_jpeg() override;
 
     GraphFrame* frame() const { return frame_; }
+    bool visible() const { return visible_; }
 
 private:
     bool visible_;

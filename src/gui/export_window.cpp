@@ -1,0 +1,111 @@
+// export_window.cpp — GRAPH PRINT, METAFILE and JPEG on the graph window: dialogs, settings, then the exporters.
+//
+// Each output hides the window while it works and shows and repaints it
+// afterwards (the export lays the graph out for its own surface). In batch
+// mode nothing is shown: each dialog takes what it would propose.
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <algorithm>
+
+#include "exec/front_end.h"
+#include "graph/graph_state.h"
+#include "gui/export_jpeg.h"
+#include "gui/export_jpeg_dialog.h"
+#include "gui/graph_window_widget.h"
+#include "shell/shell_state.h"
+
+namespace tl::gui {
+namespace {
+
+QString qt_text(std::string_view s) { return QString::fromUtf8(s.data(), static_cast<int>(s.size())); }
+
+/// The folder a file name without one is put in.
+QString working_folder() {
+    const std::string& w = shell::shell_state.working_folder;
+    return QString::fromStdString(w.empty() ? QDir::currentPath().toStdString() : w);
+}
+
+/// What the JPEG dialog proposes: "JpegPath" and "JpegFile" from the
+/// settings (at first "graph.jpg" in the working folder), and the stored
+/// quality and resolution, clamped.
+JpegChoice jpeg_proposal() {
+    const shell::AppSettings& s = shell::shell_state.settings;
+    const QString folder = s.jpeg_path.empty() ? working_folder() : QString::fromStdString(s.jpeg_path);
+    const QString name = s.jpeg_file.empty() ? QStringLiteral("graph.jpg") : QString::fromStdString(s.jpeg_file);
+    JpegChoice c;
+    c.file = QDir::cleanPath(QDir(folder).filePath(name)).toStdString();
+    c.quality = std::clamp(static_cast<int>(std::min<std::uint32_t>(s.jpeg_quality, 1000)), jpeg_quality_lowest,
+                           jpeg_quality_highest);
+    c.resolution = std::clamp(static_cast<int>(std::min<std::uint32_t>(s.jpeg_resolution, 1000)),
+                              jpeg_resolution_lowest, jpeg_resolution_highest);
+    return c;
+}
+
+/// Keeps the choice for the next export and the next session.
+void remember_jpeg_choice(const JpegChoice& c) {
+    shell::AppSettings& s = shell::shell_state.settings;
+    const QFileInfo file(QString::fromStdString(c.file));
+    s.jpeg_path = QDir::toNativeSeparators(file.absolutePath()).toStdString();
+    s.jpeg_file = file.fileName().toStdString();
+    s.jpeg_quality = static_cast<std::uint32_t>(c.quality);
+    s.jpeg_resolution = static_cast<std::uint32_t>(c.resolution);
+}
+
+}  // namespace
+
+/// Hides the graph window for an export and shows and repaints it after.
+class ExportScope {
+public:
+    explicit ExportScope(GraphFrame* frame, bool visible) : frame_(frame), visible_(visible) {
+        if (visible_ && frame_ != nullptr) frame_->hide();
+    }
+    ~ExportScope() {
+        if (frame_ == nullptr) return;
+        if (visible_) {
+            frame_->show();
+            frame_->raise();
+        }
+        graph.repaint_pending = false;
+        frame_->canvas()->update();
+    }
+    ExportScope(const ExportScope&) = delete;
+    ExportScope& operator=(const ExportScope&) = delete;
+
+private:
+    GraphFrame* frame_;
+    bool visible_;
+};
+
+namespace {
+
+ExportMessage teller(QtGraphWindow& window) {
+    return [&window](std::string_view caption, std::string_view text, bool failure) {
+        if (!window.visible() || window.frame() == nullptr) {
+            if (host.front_end != nullptr) host.front_end->message_box(caption, text);
+            return;
+        }
+        if (failure)
+            QMessageBox::warning(window.frame(), qt_text(caption), qt_text(text));
+        else
+            QMessageBox::information(window.frame(), qt_text(caption), qt_text(text));
+    };
+}
+
+}  // namespace
+
+int QtGraphWindow::export_jpeg() {
+    if (frame_.isNull()) return -1;
+    ExportScope scope(frame_, visible_);
+    JpegChoice choice = jpeg_proposal();
+    if (visible_) {
+        const int layout = static_cast<int>(shell::shell_state.settings.sizes[size_screen_size]);
+        JpegDialog dialog(nullptr, layout, choice, working_folder());
+        if (dialog.exec() != QDialog::Accepted) return -1;
+        choice = dialog.choice();
+    }
+    remember_jpeg_choice(choice);
+    return write_graph_jpeg(choice, teller(*this));
+}
+
+}  // namespace tl::gui
