@@ -4,6 +4,7 @@
 // afterwards (the export lays the graph out for its own surface). In batch
 // mode nothing is shown: each dialog takes what it would propose.
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include "graph/graph_state.h"
 #include "gui/export_jpeg.h"
 #include "gui/export_jpeg_dialog.h"
+#include "gui/export_metafile.h"
 #include "gui/graph_window_widget.h"
 #include "shell/shell_state.h"
 
@@ -80,6 +82,7 @@ private:
 namespace {
 
 ExportMessage teller(QtGraphWindow& window) {
+    if (window.tell_user) return window.tell_user;
     return [&window](std::string_view caption, std::string_view text, bool failure) {
         if (!window.visible() || window.frame() == nullptr) {
             if (host.front_end != nullptr) host.front_end->message_box(caption, text);
@@ -106,6 +109,36 @@ int QtGraphWindow::export_jpeg() {
     }
     remember_jpeg_choice(choice);
     return write_graph_jpeg(choice, teller(*this));
+}
+
+namespace {
+
+/// The save-file dialog: the folder must exist; the working folder does not change.
+QString default_save_file(QWidget* parent, const QString& title, const QString& start, const QString& filter,
+                          const QString& suffix) {
+    QFileDialog dialog(parent, title, start, filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);  // the folder must exist
+    dialog.setDefaultSuffix(suffix);
+    dialog.selectFile(start);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    return dialog.selectedFiles().first();
+}
+
+}  // namespace
+
+int QtGraphWindow::export_metafile() {
+    if (frame_.isNull()) return -1;
+    ExportScope scope(frame_, visible_);
+    QString file = last_metafile_.isEmpty() ? QDir(working_folder()).filePath("graph.emf") : last_metafile_;
+    if (visible_) {
+        const QString title = "Select the Output MetaFile (.emf)", filter = "Windows Enhanced Metafile (*.emf)";
+        file = choose_save_file ? choose_save_file(nullptr, title, file, filter, "emf")
+                                : default_save_file(nullptr, title, file, filter, "emf");
+        if (file.isEmpty()) return -1;
+    }
+    last_metafile_ = file;
+    return write_graph_metafile(file.toStdString(), teller(*this));
 }
 
 }  // namespace tl::gui

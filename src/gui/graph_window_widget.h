@@ -15,6 +15,7 @@
 #include <functional>
 #include <QPoint>
 #include <QPointer>
+#include <QString>
 #include <QWidget>
 
 #include "exec/graph_window.h"
@@ -105,6 +106,16 @@ public:
     // The graph's outputs (export_window.cpp). In batch mode every dialog
     // takes what it proposes.
     int export_jpeg() override;
+    int export_metafile() override;
+
+    /// The save-file dialog of the outputs: returns the name chosen, or an
+    /// empty text after a cancel. Tests replace it.
+    std::function<QString(QWidget* parent, const QString& title, const QString& start, const QString& filter,
+                          const QString& suffix)>
+        choose_save_file;
+    /// What the outputs tell the user (caption, text, failure); by default
+    /// a message box on the window, in batch mode a line. Tests replace it.
+    std::function<void(std::string_view caption, std::string_view text, bool failure)> tell_user;
 
     GraphFrame* frame() const { return frame_; }
     bool visible() const { return visible_; }
@@ -113,6 +124,7 @@ private:
     bool visible_;
     QPointer<GraphFrame> frame_;
     GraphPaintState hidden_state_;  ///< for paints of a window that is not shown
+    QString last_metafile_;  // proposed by the next metafile dialog
     QTimer* repaint_timer_ = nullptr;
 };
 
