@@ -1,0 +1,60 @@
+#!/bin/sh
+# Graph files from a script: `tessaline --batch plot.bas` with no display and
+# no person at the dialogs writes the JPEG named by "JpegPath" and "JpegFile"
+# at the stored quality and resolution, the metafile "graph.emf" in the
+# working folder, and exits 0. The JPEG's frame header is read back here.
+bin=$1
+fail() { echo "FAIL: $*"; exit 1; }
+
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+export HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache" XDG_STATE_HOME="$home/state"
+export XDG_RUNTIME_DIR="$home/runtime"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
+mkdir -p "$home/config/Ostraval Software" "$home/work" "$home/pictures"
+unset DISPLAY WAYLAND_DISPLAY
+export QT_QPA_PLATFORM=offscreen
+cat >"$home/config/Ostraval Software/Tessaline.conf" <<CONF
+[Settings]
+WorkPath=$home/work
+JpegPath=$home/pictures
+JpegFile=plot.jpg
+JPEGQuality=90
+JPEGResolution=700
+CONF
+
+cat >"$home/plot.bas" <<'BAS'
+10 graph width = 4, height = 3
+20 plot color = (200, 0, 0), lineweight = 2
+30 for i = 0 to 20
+40 plot x = i, y = sin(i / 3)
+50 next i
+60 graph metafile
+70 graph jpeg
+BAS
+out=$("$bin" --batch "$home/plot.bas" </dev/null 2>"$home/err"); rc=$?
+[ $rc -eq 0 ] || fail "plot.bas exited $rc: $out $(cat "$home/err")"
+# Message boxes are lines on standard error.
+grep -q "Tessaline Graph: JPEG file was successfully created." "$home/err" || fail "no JPEG message: $(cat "$home/err")"
+grep -q "Tessaline Graph: MetaFile was successfully created." "$home/err" || fail "no metafile message: $(cat "$home/err")"
+[ -s "$home/pictures/plot.jpg" ] || fail "no JPEG at JpegPath/JpegFile: $(ls -R "$home")"
+[ -s "$home/work/graph.emf" ] || fail "no graph.emf in the working folder: $(ls -R "$home")"
+# 4 by 3 inches at the resolution 700 clamped to 600: 2400 by 1800 pixels, baseline.
+size=$(python3 - "$home/pictures/plot.jpg" <<'PY'
+import struct, sys
+b = open(sys.argv[1], 'rb').read()
+i = 2
+while i < len(b):
+    marker, length = b[i + 1], struct.unpack('>H', b[i + 2:i + 4])[0]
+    if marker in (0xC0, 0xC1, 0xC2):
+        h, w = struct.unpack('>HH', b[i + 5:i + 9])
+        print('%x %dx%d' % (marker, w, h))
+        break
+    i += 2 + length
+PY
+)
+[ "$size" = "c0 2400x1800" ] || fail "JPEG frame: $size"
+# The clamped values are kept for the next session.
+grep -q '^JPEGResolution=600' "$home/config/Ostraval Software/Tessaline.conf" ||
+  fail "resolution not kept: $(cat "$home/config/Ostraval Software/Tessaline.conf")"
+echo "batch exports: all passed"
