@@ -162,6 +162,32 @@ void add_datetime_tick(AxisTicks& out, double v, double lo, double hi, double st
     ++out.count;
 }
 
+/// Ticks less than a day apart: each label is the time of day, and the
+/// first tick and every tick on a new day carry the date on a second line.
+void time_of_day_labels(AxisTicks& out, double step) {
+    char previous[tick_label_size] = {};
+    for (int i = 0; i < out.count; ++i) {
+        char date[tick_label_size] = {};
+        char time[tick_label_size] = {};
+        std::size_t bad_at = 0;
+        const double v = out.value[i];
+        if (format_datetime(v, current_zone(), "%Y-%m-%d", date, sizeof date, bad_at) < 0) return;
+        if (step < 1.0) {
+            datetime_axis_text(v, step, time, sizeof time);  // the time with its decimals
+        } else if (format_datetime(v, current_zone(), step >= 60.0 ? "%H:%M" : "%H:%M:%S", time, sizeof time,
+                                   bad_at) < 0) {
+            return;
+        }
+        char(&label)[tick_label_size] = out.label[i];
+        if (std::strcmp(date, previous) != 0) {
+            std::snprintf(label, sizeof label, "%s\n%s", time, date);
+            std::memcpy(previous, date, sizeof previous);
+        } else {
+            std::snprintf(label, sizeof label, "%s", time);
+        }
+    }
+}
+
 }  // namespace
 
 void datetime_ticks(double lo, double hi, double length, double spacing, AxisTicks& out) {
@@ -179,6 +205,7 @@ void datetime_ticks(double lo, double hi, double length, double spacing, AxisTic
         if (std::fabs(lo) / step > 1e15) return;
         for (double k = std::ceil(lo / step - 1e-9); k * step <= hi + step * 1e-9 && out.count < max_axis_ticks; ++k)
             add_datetime_tick(out, k * step, lo - step * 1e-9, hi + step * 1e-9, step);
+        time_of_day_labels(out, step);
         return;
     }
     constexpr double clock_steps[] = {1, 2, 5, 10, 15, 30, 60, 120, 300, 600, 900, 1800, 3600, 7200, 10800, 21600, 43200};
@@ -188,6 +215,7 @@ void datetime_ticks(double lo, double hi, double length, double spacing, AxisTic
         const double offset = split_datetime(lo, current_zone()).offset;
         for (double t = std::ceil((lo + offset) / step) * step - offset; t <= hi && out.count < max_axis_ticks; t += step)
             add_datetime_tick(out, t, lo, hi, step);
+        time_of_day_labels(out, step);
         return;
     }
     const LocalFields start = split_datetime(lo, current_zone());

@@ -19,8 +19,8 @@ inline constexpr int tick_label_size = 64;
 struct AxisTicks {
     int count = 0;
     double value[max_axis_ticks] = {};
-    /// UTF-8 text of each number (a minus is U+2212). With `power_labels`
-    /// the text is the exponent, to be shown as a power of ten.
+    /// UTF-8 text of each number (a minus is U+2212), one or two lines. With
+    /// `power_labels` the text is the exponent, to be shown as a power of ten.
     char label[max_axis_ticks][tick_label_size] = {};
     bool power_labels = false;
     int minor_count = 0;
@@ -38,7 +38,9 @@ void log_ticks(double lo, double hi, double length, double spacing, AxisTicks& o
 /// calendar steps from fractions of a second through seconds, minutes,
 /// hours, days, weeks and months to years, placed on the local clock and
 /// calendar of the zone in force and labelled with what changes from tick to
-/// tick. Outside the range of date-time values the axis is numbered as a
+/// tick. Ticks less than a day apart show the time of day, with the date on
+/// a second line (after "\n") at the first tick and wherever the day
+/// changes. Outside the range of date-time values the axis is numbered as a
 /// linear one.
 void datetime_ticks(double lo, double hi, double length, double spacing, AxisTicks& out);
 

@@ -11,6 +11,7 @@
 #include <QString>
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "graph/axis_ticks.h"
 #include "graph/graph_layout.h"
@@ -60,6 +61,21 @@ struct Frame {
     QFontMetricsF metrics(const QFont& f) const { return QFontMetricsF(f, p.device()); }
 };
 
+/// The width of a label of one or more lines: its widest line.
+double text_width(const QFontMetricsF& m, const char* label) {
+    double w = 0.0;
+    for (const QString& line : QString::fromUtf8(label).split(QLatin1Char('\n'))) w = std::max(w, m.horizontalAdvance(line));
+    return w;
+}
+
+/// The most lines any label of an axis has.
+int label_lines(const AxisTicks& t) {
+    int lines = 1;
+    for (int i = 0; i < t.count; ++i)
+        if (std::strchr(t.label[i], '\n') != nullptr) lines = 2;
+    return lines;
+}
+
 /// The visible range of an axis on its own scale.
 void visible_range(bool horizontal, double& lo, double& hi) {
     const GraphSettings& s = graph.settings;
@@ -88,7 +104,7 @@ void make_ticks(Frame& fr) {
         const QFontMetricsF m = fr.metrics(fr.number_font);
         double widest = 0.0;
         for (int i = 0; i < fr.hticks.count; ++i)
-            widest = std::max(widest, m.horizontalAdvance(QString::fromUtf8(fr.hticks.label[i])));
+            widest = std::max(widest, text_width(m, fr.hticks.label[i]));
         if (fr.hticks.count > 0) datetime_ticks(lo, hi, f.area_width, std::max(hspace, widest * 1.3), fr.hticks);
     } else {
         linear_ticks(lo, hi, f.area_width, hspace, fr.hticks);
@@ -96,7 +112,7 @@ void make_ticks(Frame& fr) {
         const QFontMetricsF m = fr.metrics(fr.number_font);
         double widest = 0.0;
         for (int i = 0; i < fr.hticks.count; ++i)
-            widest = std::max(widest, m.horizontalAdvance(QString::fromUtf8(fr.hticks.label[i])));
+            widest = std::max(widest, text_width(m, fr.hticks.label[i]));
         if (widest * 1.6 > hspace) linear_ticks(lo, hi, f.area_width, widest * 1.6, fr.hticks);
     }
     visible_range(false, lo, hi);
@@ -114,7 +130,7 @@ void make_ticks(Frame& fr) {
 double label_width(const Frame& fr, const AxisTicks& t, int i) {
     const QFontMetricsF m = fr.metrics(fr.number_font);
     const QString text = QString::fromUtf8(t.label[i]);
-    if (!t.power_labels) return m.horizontalAdvance(text);
+    if (!t.power_labels) return text_width(m, t.label[i]);
     QFont small = fr.number_font;
     small.setPointSizeF(fr.number_font.pointSizeF() * 0.75);
     return m.horizontalAdvance(QStringLiteral("10")) + fr.metrics(small).horizontalAdvance(text);
@@ -127,13 +143,14 @@ double label_height(const Frame& fr, const AxisLabel& label) {
 }
 
 /// The room around the plotting area for numbers and labels.
-LayoutRoom room_for(const Frame& fr, double widest_vertical_number) {
+LayoutRoom room_for(const Frame& fr, double widest_vertical_number, int horizontal_lines) {
     const GraphSettings& s = graph.settings;
-    const double number_height = fr.metrics(fr.number_font).height();
+    const QFontMetricsF number_metrics = fr.metrics(fr.number_font);
+    const double number_height = number_metrics.height();
     const double pad = pad_inches * fr.ppi_y;
     LayoutRoom r;
     r.bottom = pad + fr.px(tick_points + gap_points);
-    if (s.numberxaxis != 0) r.bottom += number_height;
+    if (s.numberxaxis != 0) r.bottom += number_height + (horizontal_lines - 1) * number_metrics.lineSpacing();
     if (graph.xaxis_label.set != 0) r.bottom += fr.px(gap_points * 2) + label_height(fr, graph.xaxis_label);
     r.left = pad_inches * fr.ppi_x + fr.px(tick_points + gap_points);
     if (s.numberyaxis != 0) r.left += widest_vertical_number;
@@ -278,7 +295,19 @@ void draw_number(Frame& fr, const AxisTicks& t, int i, double x, double y, int a
     const double baseline = top + m.ascent();
     fr.p.setFont(fr.number_font);
     if (!t.power_labels) {
-        fr.p.drawText(QPointF(left, baseline), QString::fromUtf8(t.label[i]));
+        // Each line aligned on its own; a second line (a date) goes below,
+        // and a two-line label centred on its reference point is centred whole.
+        const QStringList lines = QString::fromUtf8(t.label[i]).split(QLatin1Char('\n'));
+        double line_top = top;
+        if ((align & Qt::AlignVCenter) && lines.size() > 1) line_top -= (lines.size() - 1) * m.lineSpacing() / 2;
+        for (const QString& line : lines) {
+            const double lw = m.horizontalAdvance(line);
+            double line_left = x - lw / 2;
+            if (align & Qt::AlignRight) line_left = x - lw;
+            if (align & Qt::AlignLeft) line_left = x;
+            fr.p.drawText(QPointF(line_left, line_top + m.ascent()), line);
+            line_top += m.lineSpacing();
+        }
         return;
     }
     fr.p.drawText(QPointF(left, baseline), QStringLiteral("10"));
@@ -430,14 +459,15 @@ int paint_graph(QPainter& painter, double ppi_x, double ppi_y, int target, Graph
     // The room of the numbers depends on the numbers, which depend on the
     // layout: lay out with a guess, then again with the numbers measured.
     const double guess = fr.metrics(fr.number_font).horizontalAdvance(QStringLiteral("\u22120.00"));
-    if (layout_graph(ppi_x, ppi_y, room_for(fr, guess)) < 0) {
+    if (layout_graph(ppi_x, ppi_y, room_for(fr, guess, 1)) < 0) {
         painter.restore();
         return -1;
     }
     make_ticks(fr);
     const double widest = widest_vertical_number(fr);
-    if (std::fabs(widest - guess) > 0.5) {
-        if (layout_graph(ppi_x, ppi_y, room_for(fr, widest)) < 0) {
+    const int lines = label_lines(fr.hticks);
+    if (std::fabs(widest - guess) > 0.5 || lines != 1) {
+        if (layout_graph(ppi_x, ppi_y, room_for(fr, widest, lines)) < 0) {
             painter.restore();
             return -1;
         }
