@@ -4,6 +4,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
+#include <QStatusBar>
 #include <QMenuBar>
 #include <QWheelEvent>
 #include <QImage>
@@ -323,6 +325,84 @@ TEST_F(GraphWindowTest, OpensDrawsZoomsMovesAndCloses) {
     ASSERT_EQ(type("graph end"), 0);
     settle();
     EXPECT_EQ(qt_window.frame(), nullptr);
+}
+
+TEST_F(GraphWindowTest, KeysRectangleReadoutAndResize) {
+    ASSERT_EQ(type("graph width = 4, height = 3"), 0) << fe.output;
+    ASSERT_EQ(type("plot x = 0, y = 0"), 0);
+    ASSERT_EQ(type("plot x = 10, y = 5"), 0);
+    gui::GraphFrame* frame = qt_window.frame();
+    ASSERT_NE(frame, nullptr);
+    gui::GraphCanvas* canvas = frame->canvas();
+    settle();
+    ASSERT_TRUE(graph.surface.valid);
+    const GraphSettings& s = graph.settings;
+    const auto key = [canvas](int k) {
+        QKeyEvent press(QEvent::KeyPress, k, Qt::NoModifier);
+        QApplication::sendEvent(canvas, &press);
+        settle();
+    };
+
+    // + zooms in and - back out about the centre; an arrow moves by a tenth
+    // of the plotting area; Home goes back to the automatic view.
+    const double scale = s.hscale_calculated;
+    key(Qt::Key_Plus);
+    EXPECT_NEAR(s.hscale, scale / 1.1, scale * 1e-12);
+    key(Qt::Key_Minus);
+    EXPECT_NEAR(s.hscale, scale, scale * 1e-12);
+    const double offset = s.hoffset_calculated;
+    key(Qt::Key_Left);
+    EXPECT_NEAR(s.hoffset, offset + graph.surface.area_width / 10 / graph.surface.ppdu_x, 1e-9);
+    key(Qt::Key_Home);
+    EXPECT_EQ(s.hscale, 0.0);
+    EXPECT_EQ(s.hoffset, 0.0);
+
+    // A rectangle dragged with the right button becomes the view.
+    const QPointF o = canvas->origin();
+    const double pixel = 1 / graph.surface.ppdu_x;  // on the view the corners were chosen on
+    const double vpixel = 1 / graph.surface.ppdu_y;
+    const QPointF a = o + QPointF(map_to_pixel_x(2), map_to_pixel_y(4));
+    const QPointF b = o + QPointF(map_to_pixel_x(6), map_to_pixel_y(1));
+    QMouseEvent press(QEvent::MouseButtonPress, a, canvas->mapToGlobal(a), Qt::RightButton, Qt::RightButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(canvas, &press);
+    QMouseEvent move(QEvent::MouseMove, b, canvas->mapToGlobal(b), Qt::NoButton, Qt::RightButton, Qt::NoModifier);
+    QApplication::sendEvent(canvas, &move);
+    QMouseEvent release(QEvent::MouseButtonRelease, b, canvas->mapToGlobal(b), Qt::RightButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QApplication::sendEvent(canvas, &release);
+    settle();
+    EXPECT_NEAR(-s.hoffset, 2.0, 1.5 * pixel);
+    EXPECT_NEAR(-s.hoffset + graph.surface.area_width / graph.surface.ppdu_x, 6.0, 1.5 * pixel);
+    EXPECT_NEAR(-s.voffset, 1.0, 1.5 * vpixel);
+
+    // With the screen locked, keys and the right button change nothing.
+    ASSERT_EQ(type("graph lockscreen = 1"), 0);
+    const double locked = s.hscale;
+    key(Qt::Key_Plus);
+    key(Qt::Key_Right);
+    key(Qt::Key_Home);
+    EXPECT_EQ(s.hscale, locked);
+    ASSERT_EQ(type("graph lockscreen = 0"), 0);
+
+    // The read-out shows the data under the pointer, "%23.18g" without its blanks.
+    const QPointF p = o + QPointF(map_to_pixel_x(3), map_to_pixel_y(2));
+    QMouseEvent hover(QEvent::MouseMove, p, canvas->mapToGlobal(p), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(canvas, &hover);
+    QStringList texts;
+    for (QLabel* l : frame->statusBar()->findChildren<QLabel*>()) texts << l->text();
+    char want[64];
+    std::snprintf(want, sizeof want, "x: %.18g", map_to_data_x(p.x() - o.x()));
+    EXPECT_TRUE(texts.contains(QString::fromLatin1(want))) << texts.join(" | ").toStdString() << " / " << want;
+
+    // WIDTH and HEIGHT on an open graph resize the window, keeping its corner.
+    const QSize before = frame->size();
+    const QPoint corner = frame->pos();
+    ASSERT_EQ(type("graph width = 2, height = 1.5"), 0) << fe.output;
+    settle();
+    EXPECT_LT(frame->width(), before.width());
+    EXPECT_LT(frame->height(), before.height());
+    EXPECT_EQ(frame->pos(), corner);
 }
 
 }  // namespace
