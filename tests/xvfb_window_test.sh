@@ -1,6 +1,7 @@
 #!/bin/sh
 # The real window under Xvfb: typing "print 6*7" and Enter into the focused
-# command field shows 42, and the log (CreateLogFile on) receives it.
+# command field shows 42, and the log (CreateLogFile on) receives it; GRAPH
+# typed there opens the graph window, and Ctrl+Q closes both windows.
 # Usage: xvfb_window_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
@@ -47,7 +48,21 @@ log="$scratch/work/session.log"
 for i in $(seq 1 50); do grep -q '42' "$log" 2>/dev/null && break; sleep 0.1; done
 grep -q '^Command: print 6\*7$' "$log" || fail "the typed line is not in the log: $(cat "$log" 2>/dev/null)"
 grep -q ' 42$' "$log" || fail "42 is not in the log: $(cat "$log" 2>/dev/null)"
-# Closing the window ends the program cleanly.
+# GRAPH typed at the command field opens the graph window beside the main one.
+xdotool windowfocus "$win" 2>/dev/null
+xdotool type --delay 20 'graph width = 4, height = 3: plot x = 1, y = 1: plot x = 2, y = 4'
+xdotool key Return
+graph=""
+for i in $(seq 1 50); do
+  graph=$(xdotool search --onlyvisible --name '^Tessaline Graph$' 2>/dev/null | head -1)
+  [ -n "$graph" ] && break
+  sleep 0.1
+done
+[ -n "$graph" ] || fail "GRAPH opened no graph window: $(tail -5 "$log" 2>/dev/null)"
+grep -q 'ERROR' "$log" && fail "GRAPH failed: $(cat "$log")"
+# Closing the main window takes the graph window along and ends the program cleanly.
+xdotool windowfocus "$win" 2>/dev/null
+sleep 0.2
 xdotool key ctrl+q
 for i in $(seq 1 50); do kill -0 $wpid 2>/dev/null || break; sleep 0.1; done
 kill -0 $wpid 2>/dev/null && fail "the window did not close on Ctrl+Q"
