@@ -165,10 +165,12 @@ void add_datetime_tick(AxisTicks& out, double v, double lo, double hi, double st
 /// Ticks less than a day apart: each label is the time of day, and the
 /// first tick and every tick on a new day carry the date on a second line.
 void time_of_day_labels(AxisTicks& out, double step) {
-    char previous[tick_label_size] = {};
+    char previous[tick_label_size / 2 - 1] = {};
     for (int i = 0; i < out.count; ++i) {
-        char date[tick_label_size] = {};
-        char time[tick_label_size] = {};
+        // Both fit a label together with the line break (a date of the
+        // farthest years has 16 characters, a time with decimals 15).
+        char date[tick_label_size / 2 - 1] = {};
+        char time[tick_label_size / 2 - 1] = {};
         std::size_t bad_at = 0;
         const double v = out.value[i];
         if (format_datetime(v, current_zone(), "%Y-%m-%d", date, sizeof date, bad_at) < 0) return;
