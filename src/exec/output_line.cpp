@@ -291,6 +291,10 @@ int write_print_item(PrintSession& s, std::uint32_t kind, double number, std::st
     }
     const std::size_t length = quoted ? quoted_length(f, text) : columns_on(f, text);
     const bool to_record = f.mode == file_mode_random || f.mode == file_mode_serial;
+    // A record buffer has no room for the length line and pieces that WRITE
+    // gives a long number, and a short one would read back as a double.
+    if (s.write_mode && is_long && f.mode == file_mode_random)
+        return report_at(s, err_cannot_write_longmath_number_random);
 
     if (s.write_mode && is_long && length > f.width && !to_record) return put_long_in_pieces(s, text);
 
