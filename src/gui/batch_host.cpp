@@ -11,6 +11,7 @@
 #include "shell/session.h"
 #include "shell/shell_state.h"
 #include "shell/terminal_front_end.h"
+#include "shell/termination_signals.h"
 
 namespace tl::gui {
 
@@ -69,6 +70,7 @@ int run_batch(const std::string& program_file) {
     batch.install();
     shell::start_log_file(shell::shell_state.settings);
     shell::install_interrupt_handler();
+    shell::install_termination_handlers();
     batch.ticker().start();
     const bool ok = shell::run_program_file(program_file);
     batch.ticker().stop();
@@ -79,6 +81,9 @@ int run_batch(const std::string& program_file) {
     host.effects = nullptr;
     host.message_dialog = nullptr;
     host.documents = nullptr;
+    // SIGTERM, SIGHUP or SIGQUIT stopped the program: the files, the log and
+    // the settings are written; the process now ends by that signal.
+    shell::end_by_termination_signal();
     return ok ? 0 : 1;
 }
 

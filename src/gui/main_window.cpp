@@ -30,6 +30,7 @@
 
 #include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
+#include "exec/file_table.h"
 #include "graph/graph_state.h"
 #include "gui/console_view.h"
 #include "gui/customize_dialog.h"
@@ -688,6 +689,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
     // The graph window goes with the main window.
     if (graph.open && host.graph_window == graph_window_.get()) end_graph(true);
+    // Nothing written is lost: every file is written out and closed now,
+    // not only when the process ends.
+    close_all_files();
+    if (host.log != nullptr) std::fflush(host.log);
     save_window_geometry(this);
     save_timer_->stop();
     if (save_settings_) save_settings_();

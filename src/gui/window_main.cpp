@@ -2,13 +2,18 @@
 //
 // `tessaline` hands every start that is not Console mode over to this
 // program (see shell/window_launch.h), with the same command line.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QApplication>
 #include <QPalette>
+#include <QSocketNotifier>
 #include <QStyleFactory>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,6 +52,40 @@ void use_dark_palette(QApplication& app) {
     app.setPalette(p);
 }
 
+/// SIGTERM, SIGHUP and SIGQUIT close the window as its close button does: a
+/// running program is stopped first, files are closed and the settings and
+/// the log written. The handler wakes the event loop through a pipe.
+class TerminationWatch {
+public:
+    TerminationWatch() {
+        if (::pipe2(fds_, O_CLOEXEC | O_NONBLOCK) != 0) {
+            fds_[0] = fds_[1] = -1;
+        } else {
+            notifier_ = std::make_unique<QSocketNotifier>(fds_[0], QSocketNotifier::Read);
+            QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] {
+                char bytes[16];
+                while (::read(fds_[0], bytes, sizeof bytes) > 0) {
+                }
+                QApplication::closeAllWindows();
+            });
+            shell::set_termination_wake_fd(fds_[1]);
+        }
+        shell::install_termination_handlers();
+    }
+    ~TerminationWatch() {
+        shell::set_termination_wake_fd(-1);
+        notifier_.reset();
+        for (const int fd : fds_)
+            if (fd >= 0) ::close(fd);
+    }
+    TerminationWatch(const TerminationWatch&) = delete;
+    TerminationWatch& operator=(const TerminationWatch&) = delete;
+
+private:
+    int fds_[2] = {-1, -1};
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
 int run_window(int argc, char** argv, const std::string& program_file) {
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QString::fromLatin1(shell::settings_organisation));
@@ -62,11 +101,15 @@ int run_window(int argc, char** argv, const std::string& program_file) {
         window.install();
         window.show();
         shell::start_log_file(shell::shell_state.settings);
+        const TerminationWatch watch;
         if (!program_file.empty())
             QTimer::singleShot(0, &window, [&window, &program_file] { window.run_file(QString::fromStdString(program_file)); });
+        // A signal that came before the loop ran is answered at its start.
+        if (shell::termination_signal() != 0) QTimer::singleShot(0, [] { QApplication::closeAllWindows(); });
         status = QApplication::exec();
     }
     shell::end_session(start);
+    shell::end_by_termination_signal();
     return status;
 }
 

@@ -7,6 +7,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 
 #include "exec/front_end.h"
@@ -17,15 +18,23 @@ namespace {
 
 constexpr int handled_signals[] = {SIGHUP, SIGTERM, SIGQUIT};
 
-// Only async-signal-safe calls here: open, dup2 and close.
+volatile std::sig_atomic_t wake_fd = -1;
+
+// Only async-signal-safe calls here: open, dup2, close and write.
 void on_termination(int signal) {
+    const int saved_errno = errno;
     if (shell_state.termination_signal == 0) shell_state.termination_signal = signal;
     host.flags.interrupt_requested.store(true);
+    if (const int fd = wake_fd; fd >= 0) {
+        const char byte = 1;
+        (void)!::write(fd, &byte, 1);
+    }
     const int null_device = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (null_device >= 0) {
         (void)::dup2(null_device, STDIN_FILENO);
         (void)::close(null_device);
     }
+    errno = saved_errno;
 }
 
 }  // namespace
@@ -56,6 +65,8 @@ void ignore_file_size_signal() {
     sigemptyset(&action.sa_mask);
     sigaction(SIGXFSZ, &action, nullptr);
 }
+
+void set_termination_wake_fd(int fd) { wake_fd = fd; }
 
 int termination_signal() { return shell_state.termination_signal; }
 

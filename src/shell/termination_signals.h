@@ -19,6 +19,12 @@ void install_termination_handlers();
 /// ending the process. Programs that SPAWN starts get the default back.
 void ignore_file_size_signal();
 
+/// A window's event loop sleeps until something happens: after this, every
+/// handled signal also writes one byte to `fd` (the writing end of a pipe
+/// the loop watches; -1 for none), so that the loop wakes and closes the
+/// window.
+void set_termination_wake_fd(int fd);
+
 /// The signal that asked Tessaline to end, or 0.
 [[nodiscard]] int termination_signal();
 

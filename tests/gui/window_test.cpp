@@ -12,6 +12,7 @@
 
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
+#include "exec/memory_areas.h"
 #include "graph/graph_state.h"
 #include "gui/console_view.h"
 #include "gui/customize_dialog.h"
@@ -252,12 +253,25 @@ private slots:
     }
 
     void closing_while_a_program_runs_stops_it_and_closes() {
-        load(write_program("forever.bas", "10 x = x + 1\n20 goto 10\n"));
-        when([this] { return window->busy(); }, [this] { window->close(); });
+        // The program writes a file without end; what it wrote is there, and
+        // the file closed, once the window has gone.
+        const QString data = folder.filePath(QStringLiteral("forever.txt"));
+        const QByteArray body = "10 open \"o\", 1, \"" + data.toUtf8() +
+                                "\"\n20 x = x + 1\n30 print #1, \"n\"; x\n40 goto 20\n";
+        load(write_program("forever.bas", body.constData()));
+        when([this, data] { return window->busy() && QFileInfo(data).size() > 4096; }, [this] { window->close(); });
         window->submit(QStringLiteral("run"));
         QVERIFY(text().contains(QStringLiteral("User interrupted program")));
         QTRY_VERIFY(!window->isVisible());
         QVERIFY(saves >= 1);
+        QVERIFY(tl::areas.files.size() > 1 && tl::areas.files[1].open == 0);
+        QFile f(data);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = f.readAll().split('\n');
+        QVERIFY(lines.size() > 2);
+        QCOMPARE(lines.last(), QByteArray());  // ends with a whole line
+        for (qsizetype i = 0; i + 1 < lines.size(); ++i)
+            QCOMPARE(lines[i].simplified(), QByteArray("n ") + QByteArray::number(i + 1));
     }
 
     void graph_typed_at_the_command_field_shows_the_graph_window() {
