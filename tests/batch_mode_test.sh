@@ -1,7 +1,8 @@
 #!/bin/sh
 # Batch mode: `tessaline --batch FILE.bas` with no display at all prints the
 # program's output on standard output and exits 0; a program that ends on an
-# error exits 1; INPUT reads standard input; a message box takes its OK.
+# error exits 1; INPUT reads standard input; a message box takes its OK and
+# the port chooser its first port.
 bin=$1
 examples=$2
 fail() { echo "FAIL: $*"; exit 1; }
@@ -32,6 +33,20 @@ out=$(echo World | "$bin" --batch "$home/ask.bas" 2>&1); rc=$?
 echo "$out" | grep -q "Hello World" || fail "INPUT did not read standard input: $out"
 echo "$out" | grep -q "Ask: Sure?" || fail "the message box was not shown as a line: $out"
 echo "$out" | grep -Eq "answer +6" || fail "the message box did not take Yes: $out"
+
+# The port chooser takes the port it proposes (the first found), or is
+# cancelled when there is none.
+printf 'p$ = browsecommports$("Port")\nprint "got "; p$\n' >"$home/port.bas"
+out=$("$bin" --batch "$home/port.bas" </dev/null 2>&1); rc=$?
+if echo "$out" | grep -q '^Port: (no port found)$'; then
+  [ $rc -eq 1 ] || fail "a cancelled port choice exited $rc"
+  echo "$out" | grep -q "User cancelled from comm port selection dialog." || fail "no cancel message: $out"
+else
+  port=$(echo "$out" | sed -n 's|^Port: \(/dev/.*\)$|\1|p')
+  [ -n "$port" ] && [ -e "$port" ] || fail "no port proposed: $out"
+  echo "$out" | grep -qx "got $port" || fail "the proposed port was not the answer: $out"
+  [ $rc -eq 0 ] || fail "the port choice exited $rc"
+fi
 
 "$bin" --batch </dev/null >/dev/null 2>&1 && fail "--batch without a file was accepted"
 "$bin" --batch "$home/missing.bas" </dev/null >/dev/null 2>&1 && fail "a missing file exited 0"

@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "graph/graph_state.h"
+#include "gui/port_chooser_dialog.h"
 #include "shell/console_session.h"
 #include "shell/log_file.h"
 #include "shell/session.h"
@@ -21,6 +22,7 @@ void BatchHost::install() {
     host.message_dialog = this;
     host.documents = this;
     host.graph_window = &graph_window_;
+    host.port_chooser = this;
 }
 
 void BatchHost::write(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
@@ -63,6 +65,13 @@ bool BatchHost::open_document(std::string_view path) {
     return true;
 }
 
+bool BatchHost::choose_port(std::string_view title, const std::vector<std::string>& ports, std::string& chosen) {
+    const bool ok = proposed_port(ports, chosen);
+    const std::string_view shown = title.empty() ? std::string_view(port_chooser_default_title) : title;
+    console_print("%.*s: %s\n", static_cast<int>(shown.size()), shown.data(), ok ? chosen.c_str() : "(no port found)");
+    return ok;
+}
+
 int run_batch(const std::string& program_file) {
     BatchHost batch;
     shell::SessionStart start;
@@ -81,6 +90,7 @@ int run_batch(const std::string& program_file) {
     host.effects = nullptr;
     host.message_dialog = nullptr;
     host.documents = nullptr;
+    host.port_chooser = nullptr;
     // SIGTERM, SIGHUP or SIGQUIT stopped the program: the files, the log and
     // the settings are written; the process now ends by that signal.
     shell::end_by_termination_signal();

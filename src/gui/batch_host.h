@@ -1,8 +1,8 @@
 // batch_host.h — batch mode: a program run in window mode without a user.
 //
 // Console lines go to standard output, INPUT reads standard input, message
-// boxes take the answer they propose (OK, or Yes), documents are named
-// instead of opened, and nothing is shown. Graph and dialog statements are
+// boxes take the answer they propose (OK, or Yes), the port chooser its
+// first port, documents are named instead of opened, and nothing is shown. Graph and dialog statements are
 // allowed as in the window: the graph window is made but never shown.
 #pragma once
 
@@ -12,12 +12,17 @@
 #include "exec/document_viewer.h"
 #include "exec/front_end.h"
 #include "exec/message_dialog.h"
+#include "exec/port_chooser.h"
 #include "gui/graph_window_widget.h"
 #include "gui/pump_ticker.h"
 
 namespace tl::gui {
 
-class BatchHost final : public FrontEnd, public ConsoleEffects, public MessageDialog, public DocumentViewer {
+class BatchHost final : public FrontEnd,
+                        public ConsoleEffects,
+                        public MessageDialog,
+                        public DocumentViewer,
+                        public PortChooser {
 public:
     /// Makes this the interpreter's front end and services.
     void install();
@@ -35,6 +40,8 @@ public:
 
     int ask(std::string_view title, std::string_view text, int buttons, int icon) override;
     bool open_document(std::string_view path) override;
+    /// The port the dialog proposes: the first one found; none found is a cancel.
+    bool choose_port(std::string_view title, const std::vector<std::string>& ports, std::string& chosen) override;
 
     PumpTicker& ticker() { return ticker_; }
 

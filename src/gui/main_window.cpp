@@ -36,6 +36,7 @@
 #include "gui/customize_dialog.h"
 #include "gui/graph_window_widget.h"
 #include "gui/log_file_dialog.h"
+#include "gui/port_chooser_dialog.h"
 #include "gui/window_settings.h"
 #include "lang/error_reporter.h"
 #include "shell/console_session.h"
@@ -120,6 +121,7 @@ MainWindow::~MainWindow() {
         if (graph.open) end_graph(true);
         host.graph_window = nullptr;
     }
+    if (host.port_chooser == this) host.port_chooser = nullptr;
 }
 
 void MainWindow::install() {
@@ -128,6 +130,7 @@ void MainWindow::install() {
     host.message_dialog = this;
     host.documents = this;
     host.graph_window = graph_window_.get();
+    host.port_chooser = this;
 }
 
 // ---- layout ---------------------------------------------------------------
@@ -534,6 +537,30 @@ int MainWindow::ask(std::string_view title, std::string_view text, int buttons, 
     mode_ = outer;
     update_controls();
     return answer;
+}
+
+// ---- PortChooser ----------------------------------------------------------
+
+bool MainWindow::choose_port(std::string_view title, const std::vector<std::string>& ports, std::string& chosen) {
+    auto* dialog = new PortChooserDialog(from_utf8(title), ports, this);
+    // Not modal, as the message box: Stop and the window's keys stay live.
+    dialog->setWindowModality(Qt::NonModal);
+    bool answered = false;
+    connect(dialog, &QDialog::finished, this, [&answered] { answered = true; });
+    const Mode outer = mode_;
+    mode_ = Mode::key;
+    update_controls();
+    field_->setEnabled(false);
+    dialog->open();
+    wait_until([&answered] { return answered; });
+    const bool ok = answered && dialog->result() == QDialog::Accepted && !dialog->chosen().isEmpty();
+    if (ok) chosen = dialog->chosen().toStdString();
+    dialog->disconnect(this);
+    dialog->close();
+    dialog->deleteLater();
+    mode_ = outer;
+    update_controls();
+    return ok;
 }
 
 // ---- DocumentViewer -------------------------------------------------------

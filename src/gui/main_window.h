@@ -9,8 +9,8 @@
 // user answers or stops the program.
 //
 // The window is the interpreter's front end and its console effects, message
-// dialog and document viewer, and owns the graph window (install() puts them
-// in `host`). Closing the main window ends an open graph.
+// dialog, document viewer and serial-port chooser, and owns the graph window
+// (install() puts them in `host`). Closing the main window ends an open graph.
 #pragma once
 
 #include <QMainWindow>
@@ -23,6 +23,7 @@
 #include "exec/document_viewer.h"
 #include "exec/front_end.h"
 #include "exec/message_dialog.h"
+#include "exec/port_chooser.h"
 #include "gui/pump_ticker.h"
 
 class QLabel;
@@ -42,7 +43,8 @@ class MainWindow final : public QMainWindow,
                          public FrontEnd,
                          public ConsoleEffects,
                          public MessageDialog,
-                         public DocumentViewer {
+                         public DocumentViewer,
+                         public PortChooser {
 public:
     /// `save_settings` writes the shell's settings (called shortly after they
     /// change and when the window closes).
@@ -68,6 +70,8 @@ public:
     int ask(std::string_view title, std::string_view text, int buttons, int icon) override;
     // DocumentViewer
     bool open_document(std::string_view path) override;
+    // PortChooser
+    bool choose_port(std::string_view title, const std::vector<std::string>& ports, std::string& chosen) override;
 
     /// Runs a line as if typed into the command field and Enter pressed.
     void submit(const QString& line);

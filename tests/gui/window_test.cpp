@@ -1,5 +1,7 @@
 // window_test.cpp — the main window driven as a user would, offscreen (Qt Test).
 #include <QApplication>
+#include <QDialogButtonBox>
+#include <QListWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -14,11 +16,13 @@
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
 #include "graph/graph_state.h"
+#include "gui/batch_host.h"
 #include "gui/console_view.h"
 #include "gui/customize_dialog.h"
 #include "gui/graph_window_widget.h"
 #include "gui/log_file_dialog.h"
 #include "gui/main_window.h"
+#include "gui/port_chooser_dialog.h"
 #include "lang/language_init.h"
 #include "shell/log_file.h"
 #include "shell/shell_state.h"
@@ -49,6 +53,15 @@ void when_shown(std::function<void(T*)> act) {
         }
     });
     timer->start(20);
+}
+
+/// when_shown for the port chooser (a dialog without a meta-object of its own).
+void when_port_chooser(std::function<void(tl::gui::PortChooserDialog*)> act) {
+    when_shown<QDialog>([act](QDialog* d) {
+        auto* chooser = dynamic_cast<tl::gui::PortChooserDialog*>(d);
+        QVERIFY(chooser != nullptr);
+        act(chooser);
+    });
 }
 
 /// Calls `act` once `ready` holds, polling every 10 ms (at most 5 seconds).
@@ -179,6 +192,46 @@ private slots:
         when_shown<QMessageBox>([this](QMessageBox*) { window->stop_button()->click(); });
         window->submit(QStringLiteral("print messagebox(\"Wait\")"));
         QVERIFY(text().contains(QStringLiteral("User interrupted program")));
+    }
+
+    void browsecommports_offers_the_ports_and_a_typed_device() {
+        // A device typed into the field (a pseudo-terminal the list cannot know).
+        when_port_chooser([](tl::gui::PortChooserDialog* d) {
+            QCOMPARE(d->windowTitle(), QStringLiteral("Pick one"));
+            d->field()->setText(QStringLiteral("/dev/pts/77"));
+            d->buttons()->button(QDialogButtonBox::Ok)->click();
+        });
+        window->submit(QStringLiteral("print browsecommports$(\"Pick one\")"));
+        QVERIFY(text().endsWith(QStringLiteral("/dev/pts/77\n")));
+        // Cancel is error 325; the window takes commands again.
+        when_port_chooser([](tl::gui::PortChooserDialog* d) { d->reject(); });
+        window->submit(QStringLiteral("a$ = browsecommports$(\"\")"));
+        QVERIFY(text().contains(QStringLiteral("User cancelled from comm port selection dialog.")));
+        QVERIFY(!window->busy() && window->command_field()->isEnabled());
+        // Stop while the dialog waits ends the program.
+        when_port_chooser([this](tl::gui::PortChooserDialog*) { window->stop_button()->click(); });
+        window->submit(QStringLiteral("a$ = browsecommports$(\"x\")"));
+        QVERIFY(!window->busy());
+        QTRY_VERIFY(window->findChildren<QDialog*>(QStringLiteral("portChooser")).isEmpty());
+
+        // The list: the first port is proposed, another can be picked; OK needs a name.
+        const std::vector<std::string> ports{"/dev/ttyACM0", "/dev/ttyUSB1"};
+        tl::gui::PortChooserDialog dialog(QString(), ports, window.get());
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("Select COM Port"));
+        QCOMPARE(dialog.chosen(), QStringLiteral("/dev/ttyACM0"));
+        dialog.list()->setCurrentRow(1);
+        QCOMPARE(dialog.chosen(), QStringLiteral("/dev/ttyUSB1"));
+        dialog.field()->setText(QStringLiteral("  "));
+        QVERIFY(!dialog.buttons()->button(QDialogButtonBox::Ok)->isEnabled());
+        tl::gui::PortChooserDialog none(QStringLiteral("t"), {}, window.get());
+        QVERIFY(!none.buttons()->button(QDialogButtonBox::Ok)->isEnabled());
+
+        // Batch mode takes what the dialog proposes: the first port, or a cancel.
+        tl::gui::BatchHost batch;
+        std::string chosen;
+        QVERIFY(batch.choose_port("t", ports, chosen));
+        QCOMPARE(chosen, std::string("/dev/ttyACM0"));
+        QVERIFY(!batch.choose_port("t", {}, chosen));
     }
 
     void customize_refuses_a_value_out_of_range() {
