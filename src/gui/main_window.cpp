@@ -281,6 +281,7 @@ void MainWindow::update_controls() {
     case Mode::paused: label_->setText(QString::fromLatin1(label_stepping)); break;
     case Mode::input: label_->setText(QString::fromLatin1(label_input)); break;
     case Mode::key: label_->setText(QString::fromLatin1(label_key)); break;
+    case Mode::dialog: label_->setText(QString::fromLatin1(label_command)); break;
     }
     run_->setText(paused ? tr("Continue") : tr("Run"));
     run_->setEnabled(mode_ == Mode::idle || paused);
@@ -292,7 +293,8 @@ void MainWindow::update_controls() {
     if (typing && isActiveWindow()) field_->setFocus();
     for (QAction* a : idle_only_) a->setEnabled(mode_ == Mode::idle);
     if (mode_ == Mode::idle) rebuild_recent_menus();
-    static const char* const names[] = {"Idle", "Running", "Stepping", "Waiting for input", "Awaiting a keystroke"};
+    static const char* const names[] = {"Idle",           "Running", "Stepping", "Waiting for input", "Awaiting a keystroke",
+                                        "Waiting for a dialog"};
     status_state_->setText(tr(names[static_cast<int>(mode_)]));
 }
 
@@ -517,9 +519,8 @@ int MainWindow::ask(std::string_view title, std::string_view text, int buttons, 
     bool answered = false;
     connect(box, &QMessageBox::finished, this, [&answered] { answered = true; });
     const Mode outer = mode_;
-    mode_ = Mode::key;  // the field is off while the box waits; Stop stays on
+    mode_ = Mode::dialog;  // the field is off while the box waits; Stop stays on
     update_controls();
-    field_->setEnabled(false);
     box->open();
     wait_until([&answered] { return answered; });
     if (answered) {
@@ -548,9 +549,8 @@ bool MainWindow::choose_port(std::string_view title, const std::vector<std::stri
     bool answered = false;
     connect(dialog, &QDialog::finished, this, [&answered] { answered = true; });
     const Mode outer = mode_;
-    mode_ = Mode::key;
+    mode_ = Mode::dialog;
     update_controls();
-    field_->setEnabled(false);
     dialog->open();
     wait_until([&answered] { return answered; });
     const bool ok = answered && dialog->result() == QDialog::Accepted && !dialog->chosen().isEmpty();

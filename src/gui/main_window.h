@@ -97,7 +97,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    enum class Mode { idle, running, paused, input, key };
+    enum class Mode { idle, running, paused, input, key, dialog };
 
     void build_layout(int screen_size);
     void build_menus();

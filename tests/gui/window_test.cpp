@@ -196,8 +196,11 @@ private slots:
 
     void browsecommports_offers_the_ports_and_a_typed_device() {
         // A device typed into the field (a pseudo-terminal the list cannot know).
-        when_port_chooser([](tl::gui::PortChooserDialog* d) {
+        when_port_chooser([this](tl::gui::PortChooserDialog* d) {
             QCOMPARE(d->windowTitle(), QStringLiteral("Pick one"));
+            // While it waits the field is off and Stop is on.
+            QCOMPARE(window->command_label()->text(), QStringLiteral("Command:"));
+            QVERIFY(!window->command_field()->isEnabled() && window->stop_button()->isEnabled());
             d->field()->setText(QStringLiteral("/dev/pts/77"));
             d->buttons()->button(QDialogButtonBox::Ok)->click();
         });
