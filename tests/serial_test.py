@@ -102,6 +102,7 @@ def main():
                 line = pair.read_line()
                 got.append(line)
                 pair.write(b"1.5,\"a, b\"\r")
+                time.sleep(0.3)  # the LF comes after the message was taken
                 pair.write(b"\nXYZ")
 
             t = threading.Thread(target=instrument)

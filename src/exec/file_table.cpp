@@ -319,6 +319,15 @@ int read_characters(FileEntry& f, std::size_t count, std::string& out) {
         const int timeout = serial_timeout_ms();
         while (out.size() < count) {
             if (!f.record.empty()) {
+                // The line feed of a CR LF whose CR ended the last message
+                // may come after that message was taken.
+                if (f.skip_line_feed) {
+                    f.skip_line_feed = false;
+                    if (f.record.front() == '\n') {
+                        f.record.erase(f.record.begin());
+                        continue;
+                    }
+                }
                 const std::size_t n = std::min(count - out.size(), f.record.size());
                 out.append(f.record.data(), n);
                 f.record.erase(f.record.begin(), f.record.begin() + static_cast<std::ptrdiff_t>(n));
