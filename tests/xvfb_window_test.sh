@@ -23,12 +23,27 @@ LogFilePath=$scratch/work
 LogFileName=session.log
 CONF
 
+# A free display; the server must answer before the window starts (on a
+# busy machine the socket appears well before that, and another test may
+# have taken the same number a moment earlier: then try the next one).
 d=$((100 + $$ % 400))
-while [ -e "/tmp/.X11-unix/X$d" ] || [ -e "/tmp/.X$d-lock" ]; do d=$((d + 1)); done
-Xvfb ":$d" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
-xpid=$!
-for i in $(seq 1 50); do [ -e "/tmp/.X11-unix/X$d" ] && break; sleep 0.1; done
-export DISPLAY=":$d"
+for attempt in 1 2 3 4 5; do
+  while [ -e "/tmp/.X11-unix/X$d" ] || [ -e "/tmp/.X$d-lock" ]; do d=$((d + 1)); done
+  Xvfb ":$d" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+  xpid=$!
+  export DISPLAY=":$d"
+  up=0
+  for i in $(seq 1 150); do
+    kill -0 $xpid 2>/dev/null || break
+    xdotool getdisplaygeometry >/dev/null 2>&1 && { up=1; break; }
+    sleep 0.1
+  done
+  [ $up = 1 ] && break
+  kill $xpid 2>/dev/null; wait $xpid 2>/dev/null
+  xpid=""
+  d=$((d + 1))
+done
+[ -n "$xpid" ] || fail "Xvfb did not start"
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY
 
 "$bin" >"$scratch/out" 2>&1 &
