@@ -23,27 +23,18 @@ LogFilePath=$scratch/work
 LogFileName=session.log
 CONF
 
-# A free display; the server must answer before the window starts (on a
-# busy machine the socket appears well before that, and another test may
-# have taken the same number a moment earlier: then try the next one).
-d=$((100 + $$ % 400))
-for attempt in 1 2 3 4 5; do
-  while [ -e "/tmp/.X11-unix/X$d" ] || [ -e "/tmp/.X$d-lock" ]; do d=$((d + 1)); done
-  Xvfb ":$d" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
-  xpid=$!
-  export DISPLAY=":$d"
-  up=0
-  for i in $(seq 1 150); do
-    kill -0 $xpid 2>/dev/null || break
-    xdotool getdisplaygeometry >/dev/null 2>&1 && { up=1; break; }
-    sleep 0.1
-  done
-  [ $up = 1 ] && break
-  kill $xpid 2>/dev/null; wait $xpid 2>/dev/null
-  xpid=""
-  d=$((d + 1))
+# Xvfb takes a free display itself and names it once it answers (choosing
+# one here races with other tests starting servers at the same moment).
+Xvfb -displayfd 9 -screen 0 1024x768x24 -nolisten tcp 9>"$scratch/display" >/dev/null 2>&1 &
+xpid=$!
+for i in $(seq 1 150); do
+  [ -s "$scratch/display" ] && break
+  kill -0 $xpid 2>/dev/null || break
+  sleep 0.1
 done
-[ -n "$xpid" ] || fail "Xvfb did not start"
+d=$(tr -dc '0-9' <"$scratch/display" 2>/dev/null)
+[ -n "$d" ] || fail "Xvfb did not start"
+export DISPLAY=":$d"
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY
 
 "$bin" >"$scratch/out" 2>&1 &
