@@ -25,6 +25,7 @@ namespace {
 constexpr double number_points = 9.0;
 constexpr double label_points = 11.0;
 constexpr double text_points = 12.0;
+constexpr double title_percent = 90.0;  ///< texts at this height or higher are titles
 constexpr double tick_points = 4.0;
 constexpr double minor_tick_points = 2.0;
 constexpr double gap_points = 3.0;
@@ -156,6 +157,17 @@ LayoutRoom room_for(const Frame& fr, double widest_vertical_number, int horizont
     if (s.numberyaxis != 0) r.left += widest_vertical_number;
     if (graph.yaxis_label.set != 0) r.left += fr.px(gap_points * 2) + label_height(fr, graph.yaxis_label);
     r.top = pad + number_height / 2;
+    // A title: a level text placed by percent in the top tenth of the graph
+    // gets room above the plotting area, so that the two do not overlap.
+    for (const TextEntry& e : graph.texts) {
+        if (e.vmode != position_percent || e.vpos < title_percent || e.angle != 0.0 || e.datasize > 0 || e.y2_given)
+            continue;
+        if (graph_text(e.text_variable)[0] == 0) continue;
+        const double pixels = (e.size > 0 ? e.size : text_points) * fr.ppi_y / 72.0;
+        const double height = fr.metrics(fr.font(e.font_name, pixels, e.bold != 0, e.italic != 0)).height();
+        const double bottom = s.height * fr.ppi_y * (1.0 - e.vpos / 100.0) + height / 2;
+        r.top = std::max(r.top, bottom + pad);
+    }
     r.right = pad_inches * fr.ppi_x + (s.numberxaxis != 0 ? fr.metrics(fr.number_font).horizontalAdvance("00000") / 2 : 0);
     return r;
 }

@@ -147,6 +147,23 @@ TEST_F(GraphRender, TextBoxAndLabels) {
     EXPECT_GT(count_colour(QRect(0, 0, 500, 40), QColor(0, 0, 0)), 10);  // the title near the top
 }
 
+TEST_F(GraphRender, ATitleAtTheTopGetsRoomAboveThePlottingArea) {
+    program({"graph width = 5, height = 4, noaxes", "plot x = 0, y = 0", "plot x = 10, y = 10",
+             "text string = \"Title\", v = 93, size = 40, color = (255, 0, 0)"});
+    ASSERT_EQ(render("title"), 0);
+    // No red inside the plotting area, and all of the title above it.
+    const GraphSurface& f = graph.surface;
+    const QRect area(static_cast<int>(f.area_left), static_cast<int>(f.area_top), static_cast<int>(f.area_width),
+                     static_cast<int>(f.area_height));
+    EXPECT_EQ(count_colour(area, QColor(255, 0, 0)), 0);
+    EXPECT_GT(count_colour(QRect(0, 0, 500, area.top()), QColor(255, 0, 0)), 50);
+    // A text lower down is drawn over the plotting area, where it was put.
+    program({"text string = \"Note\", v = 50, size = 20, color = (0, 160, 0)"});
+    ASSERT_EQ(render("note"), 0);
+    EXPECT_EQ(graph.surface.area_top, f.area_top);
+    EXPECT_GT(count_colour(area, QColor(0, 160, 0)), 50);
+}
+
 TEST_F(GraphRender, LogAxesAndRotatedText) {
     program({"graph width = 5, height = 4, hscaletype = log, vscaletype = log", "plot color = (0, 90, 200)"});
     for (int i = 0; i <= 40; ++i) {
