@@ -7,6 +7,9 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
 #include <algorithm>
 
 #include "exec/front_end.h"
@@ -14,6 +17,7 @@
 #include "gui/export_jpeg.h"
 #include "gui/export_jpeg_dialog.h"
 #include "gui/export_metafile.h"
+#include "gui/export_print.h"
 #include "gui/graph_window_widget.h"
 #include "shell/shell_state.h"
 
@@ -139,6 +143,30 @@ int QtGraphWindow::export_metafile() {
     }
     last_metafile_ = file;
     return write_graph_metafile(file.toStdString(), teller(*this));
+}
+
+int QtGraphWindow::print_graph() {
+    if (frame_.isNull()) return -1;
+    ExportScope scope(frame_, visible_);
+    // The default printer; without one a PDF file, graph.pdf in the working folder.
+    QPrinter printer(QPrinter::HighResolution);
+    const QPrinterInfo preferred = QPrinterInfo::defaultPrinter();
+    if (preferred.isNull()) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(QDir(working_folder()).filePath("graph.pdf"));
+    } else {
+        printer.setPrinterName(preferred.printerName());
+    }
+    if (visible_) {
+        if (choose_printer) {
+            if (!choose_printer(printer)) return -1;
+        } else {
+            QPrintDialog dialog(&printer, nullptr);
+            dialog.setWindowTitle("Print Graph");
+            if (dialog.exec() != QDialog::Accepted) return -1;
+        }
+    }
+    return print_graph_on(printer, teller(*this));
 }
 
 }  // namespace tl::gui

@@ -22,6 +22,7 @@
 #include "gui/graph_painter.h"
 
 class QAction;
+class QPrinter;
 class QLabel;
 class QRubberBand;
 class QTimer;
@@ -107,12 +108,15 @@ public:
     // takes what it proposes.
     int export_jpeg() override;
     int export_metafile() override;
+    int print_graph() override;
 
     /// The save-file dialog of the outputs: returns the name chosen, or an
     /// empty text after a cancel. Tests replace it.
     std::function<QString(QWidget* parent, const QString& title, const QString& start, const QString& filter,
                           const QString& suffix)>
         choose_save_file;
+    /// The print dialog on `printer`: false after a cancel. Tests replace it.
+    std::function<bool(QPrinter& printer)> choose_printer;
     /// What the outputs tell the user (caption, text, failure); by default
     /// a message box on the window, in batch mode a line. Tests replace it.
     std::function<void(std::string_view caption, std::string_view text, bool failure)> tell_user;
