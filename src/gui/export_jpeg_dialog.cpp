@@ -96,7 +96,9 @@ JpegDialog::JpegDialog(QWidget* parent, int layout, const JpegChoice& proposal, 
     connect(buttons, &QDialogButtonBox::rejected, this, &JpegDialog::reject);
 
     auto* file_row = new QHBoxLayout;
-    file_row->addWidget(new QLabel("&File name:", this));
+    auto* file_label = new QLabel("&File name:", this);
+    file_label->setBuddy(file_edit_);
+    file_row->addWidget(file_label);
     file_row->addWidget(file_edit_, 1);
     file_row->addWidget(browse_button);
     auto* preset_row = new QHBoxLayout;
@@ -107,7 +109,9 @@ JpegDialog::JpegDialog(QWidget* parent, int layout, const JpegChoice& proposal, 
                                    const char* unit) {
         edit->setMaximumWidth(60);
         bar->setMinimumWidth(160);
-        grid->addWidget(new QLabel(label, this), row, 0);
+        auto* caption = new QLabel(label, this);
+        caption->setBuddy(edit);
+        grid->addWidget(caption, row, 0);
         grid->addWidget(edit, row, 1);
         grid->addWidget(bar, row, 2);
         grid->addWidget(new QLabel(unit, this), row, 3);

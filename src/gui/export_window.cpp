@@ -17,7 +17,9 @@
 #include "gui/export_jpeg.h"
 #include "gui/export_jpeg_dialog.h"
 #include "gui/export_metafile.h"
+#include "gui/export_images.h"
 #include "gui/export_print.h"
+#include "gui/export_save_dialog.h"
 #include "gui/graph_window_widget.h"
 #include "shell/shell_state.h"
 
@@ -143,6 +145,30 @@ int QtGraphWindow::export_metafile() {
     }
     last_metafile_ = file;
     return write_graph_metafile(file.toStdString(), teller(*this));
+}
+
+int QtGraphWindow::save_graph_as() {
+    if (frame_.isNull() || !graph.open) return -1;
+    const GraphSettings& s = graph.settings;
+    QString file = last_saved_.isEmpty() ? QDir(working_folder()).filePath("graph.png") : last_saved_;
+    int ppi = last_saved_ppi_;
+    if (visible_) {
+        GraphSaveDialog dialog(frame_, s.width, s.height, file, ppi);
+        const bool accepted = run_save_dialog ? run_save_dialog(dialog) : dialog.exec() == QDialog::Accepted;
+        if (!accepted) return -1;
+        file = dialog.file();
+        ppi = dialog.ppi();
+    }
+    if (QFileInfo(file).isRelative()) file = QDir(working_folder()).filePath(file);
+    last_saved_ = file;
+    last_saved_ppi_ = ppi;
+    const int quality = std::clamp(static_cast<int>(std::min<std::uint32_t>(shell::shell_state.settings.jpeg_quality, 1000)),
+                                   jpeg_quality_lowest, jpeg_quality_highest);
+    const int rc = save_graph_file(file, ppi, quality, teller(*this));
+    // The file was laid out for its own surface: the screen's layout again.
+    graph.repaint_pending = false;
+    frame_->canvas()->update();
+    return rc;
 }
 
 int QtGraphWindow::print_graph() {

@@ -178,10 +178,12 @@ GraphFrame::GraphFrame(QWidget* parent) : QMainWindow(parent), canvas_(new Graph
     setCentralWidget(canvas_);
 
     QMenu* file = menuBar()->addMenu("&File");
-    QAction* print = file->addAction("&Print...");
-    QAction* save = file->addAction("Save &as...");
-    print->setEnabled(false);  // printing and saving come with the graph's outputs
-    save->setEnabled(false);
+    file->addAction("&Print...", QKeySequence::Print, this, [this] {
+        if (on_print) on_print();
+    });
+    file->addAction("Save &as...", QKeySequence::SaveAs, this, [this] {
+        if (on_save) on_save();
+    });
     file->addSeparator();
     file->addAction("&Close", QKeySequence::Close, this, [this] { close(); });
 
@@ -292,6 +294,8 @@ bool QtGraphWindow::create() {
     QObject::connect(repaint_timer_, &QTimer::timeout, frame_, [f = frame_.data()] { f->canvas()->update(); });
     frame_->resize(frame_->preferred_client_size() + QSize(0, frame_->menuBar()->sizeHint().height() +
                                                                frame_->statusBar()->sizeHint().height()));
+    frame_->on_print = [this] { (void)print_graph(); };
+    frame_->on_save = [this] { (void)save_graph_as(); };
     if (visible_) {
         frame_->showNormal();
         frame_->raise();

@@ -29,6 +29,8 @@ class QTimer;
 
 namespace tl::gui {
 
+class GraphSaveDialog;
+
 /// The drawing area: paints the graph and turns mouse and keys into zoom and move.
 class GraphCanvas final : public QWidget {
 public:
@@ -69,6 +71,9 @@ public:
     QSize preferred_client_size() const;
     /// Set by the owner: the window is closing because the graph ended.
     bool closing_by_program = false;
+    /// The File menu's Print and Save as (set by the owner).
+    std::function<void()> on_print;
+    std::function<void()> on_save;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -109,12 +114,16 @@ public:
     int export_jpeg() override;
     int export_metafile() override;
     int print_graph() override;
+    /// The File menu's Save as: PNG, SVG, PDF, EMF or JPEG at a chosen resolution.
+    int save_graph_as();
 
     /// The save-file dialog of the outputs: returns the name chosen, or an
     /// empty text after a cancel. Tests replace it.
     std::function<QString(QWidget* parent, const QString& title, const QString& start, const QString& filter,
                           const QString& suffix)>
         choose_save_file;
+    /// Runs the Save as dialog: false after a cancel. Tests replace it.
+    std::function<bool(GraphSaveDialog& dialog)> run_save_dialog;
     /// The print dialog on `printer`: false after a cancel. Tests replace it.
     std::function<bool(QPrinter& printer)> choose_printer;
     /// What the outputs tell the user (caption, text, failure); by default
@@ -129,6 +138,8 @@ private:
     QPointer<GraphFrame> frame_;
     GraphPaintState hidden_state_;  ///< for paints of a window that is not shown
     QString last_metafile_;  // proposed by the next metafile dialog
+    QString last_saved_;     // and by the next Save as, with its resolution
+    int last_saved_ppi_ = 150;
     QTimer* repaint_timer_ = nullptr;
 };
 

@@ -120,6 +120,8 @@ protected:
 TEST_F(JpegDialogTest, OpensWithClampedValuesAndStepsAsUsersExpect) {
     for (int layout : {1, 2}) {
         gui::JpegDialog d(nullptr, layout, JpegChoice{"/tmp/x.jpg", 10, 700}, scratch.path());
+        if (const char* dir = std::getenv("TESSALINE_RENDER_DIR"); dir != nullptr)
+            d.grab().save(QString::fromUtf8(dir) + "/jpeg_dialog_" + QString::number(layout) + ".png");
         EXPECT_EQ(d.quality_edit()->text(), "25");
         EXPECT_EQ(d.quality_bar()->value(), 25);
         EXPECT_EQ(d.resolution_edit()->text(), "600");
