@@ -2,6 +2,7 @@
 //
 // TESSALINE_RENDER_DIR=folder keeps every image drawn, as NAME.png.
 #include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -411,6 +412,18 @@ TEST_F(GraphWindowTest, KeysRectangleReadoutAndResize) {
     char want[64];
     std::snprintf(want, sizeof want, "x: %.18g", map_to_data_x(p.x() - o.x()));
     EXPECT_TRUE(texts.contains(QString::fromLatin1(want))) << texts.join(" | ").toStdString() << " / " << want;
+
+    // Edit > Copy puts the graph on the clipboard as an image of the graph's shape.
+    QAction* copy = nullptr;
+    for (QAction* a : frame->menuBar()->actions()[1]->menu()->actions())
+        if (a->text() == "&Copy") copy = a;
+    ASSERT_NE(copy, nullptr);
+    QGuiApplication::clipboard()->clear();
+    copy->trigger();
+    const QImage copied = QGuiApplication::clipboard()->image();
+    ASSERT_FALSE(copied.isNull());
+    EXPECT_NEAR(static_cast<double>(copied.width()) / copied.height(), 4.0 / 3.0, 0.02);
+    EXPECT_GT(copied.width(), 100);
 
     // WIDTH and HEIGHT on an open graph resize the window, keeping its corner.
     const QSize before = frame->size();
