@@ -33,16 +33,19 @@ void use_minus_sign(char (&text)[tick_label_size]) {
     text[2] = static_cast<char>(0x92);
 }
 
-/// "1.5e+07" -> "1.5e7", "2e-05" -> "2e-5".
+/// "1.5e+07" -> "1.5e7", "2e-05" -> "2e\u22125" (the minus sign, as in front).
 void tidy_exponent(char (&text)[tick_label_size]) {
     char* e = std::strchr(text, 'e');
     if (e == nullptr) return;
     char* src = e + 1;
-    char* dst = e + 1;
     if (*src == '+') ++src;
-    if (*src == '-') *dst++ = *src++;
+    const bool negative = *src == '-';
+    if (negative) ++src;
     while (*src == '0' && src[1] != 0) ++src;
-    std::memmove(dst, src, std::strlen(src) + 1);
+    char digits[tick_label_size];
+    std::snprintf(digits, sizeof digits, "%s", src);
+    std::snprintf(e + 1, sizeof text - static_cast<std::size_t>(e + 1 - text), "%s%s", negative ? "\u2212" : "",
+                  digits);
 }
 
 }  // namespace

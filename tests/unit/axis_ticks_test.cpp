@@ -31,7 +31,7 @@ TEST(AxisTicks, LinearStepsAreOneTwoOrFiveAndNumbersShareAForm) {
     linear_ticks(1.5e7, 1.7e7, 400, 100, t);
     EXPECT_EQ(labels(t), (std::vector<std::string>{"1.50e7", "1.55e7", "1.60e7", "1.65e7", "1.70e7"}));
     linear_ticks(0, 3e-5, 300, 100, t);
-    EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "1e-5", "2e-5", "3e-5"}));
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "1e\u22125", "2e\u22125", "3e\u22125"}));
     for (int i = 1; i < t.count; ++i) EXPECT_GT(t.value[i], t.value[i - 1]);
 }
 
