@@ -1,10 +1,13 @@
 // console_view.cpp — the window's console view.
 #include "gui/console_view.h"
 
+#include <QEvent>
 #include <QFontDatabase>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
+
+#include "gui/color_scheme.h"
 
 namespace tl::gui {
 namespace {
@@ -17,16 +20,63 @@ QColor console_color(int bits) {
     return QColor::fromRgb(rgb[bits & 15]);
 }
 
+/// The property of a character format that keeps its console attribute, so
+/// that the colours can be made again for another palette.
+constexpr int attribute_property = QTextFormat::UserProperty + 1;
+
+}  // namespace
+
 /// The character format of an attribute: 7 (and 0) are the palette's own
-/// colours; a background of 0 leaves the palette's background.
-QTextCharFormat format_of(int attribute) {
+/// colours. On the palette's background (background bits 0) a colour is
+/// shifted just enough to stay readable there (dark blue on a dark
+/// background, yellow on white); a background of its own keeps both colours
+/// exactly.
+QTextCharFormat ConsoleView::format_of(int attribute) const {
     QTextCharFormat f;
+    f.setProperty(attribute_property, attribute);
     const int fg = attribute & 15;
     const int bg = (attribute >> 4) & 15;
-    if (attribute != 7 && attribute != 0) f.setForeground(console_color(fg));
-    if (bg != 0) f.setBackground(console_color(bg));
+    if (bg != 0) {
+        f.setBackground(console_color(bg));
+        if (attribute != 7) f.setForeground(console_color(fg));
+    } else if (attribute != 7 && attribute != 0) {
+        f.setForeground(readable_color(console_color(fg), palette().color(QPalette::Base)));
+    }
     return f;
 }
+
+void ConsoleView::changeEvent(QEvent* event) {
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) recolor();
+}
+
+void ConsoleView::recolor() {
+    // The coloured runs first (changing formats would merge the fragments
+    // being walked), then each made again.
+    struct Run {
+        int position, length, attribute;
+    };
+    std::vector<Run> runs;
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            const QVariant attribute = fragment.charFormat().property(attribute_property);
+            if (attribute.isValid() && attribute.toInt() != 7)
+                runs.push_back({fragment.position(), fragment.length(), attribute.toInt()});
+        }
+    }
+    if (runs.empty()) return;
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    for (const Run& run : runs) {
+        cursor.setPosition(run.position);
+        cursor.setPosition(run.position + run.length, QTextCursor::KeepAnchor);
+        cursor.setCharFormat(format_of(run.attribute));
+    }
+    cursor.endEditBlock();
+}
+
+namespace {
 
 /// Length of `text` without an unfinished UTF-8 sequence at its end.
 std::size_t complete_utf8(std::string_view text) {

@@ -33,7 +33,15 @@ public:
     /// The whole text shown, pending text included (for tests).
     QString all_text();
 
+    /// The format of text of a console attribute on this view's palette.
+    QTextCharFormat format_of(int attribute) const;
+
+protected:
+    /// A new palette (the desktop turned dark or light) colours the text anew.
+    void changeEvent(QEvent* event) override;
+
 private:
+    void recolor();
     struct ColorMark {
         std::size_t offset;  ///< where in pending_ the attribute starts
         int attribute;

@@ -6,9 +6,7 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <QPalette>
 #include <QSocketNotifier>
-#include <QStyleFactory>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +16,7 @@
 #include <vector>
 
 #include "gui/batch_host.h"
+#include "gui/color_scheme.h"
 #include "gui/main_window.h"
 #include "shell/command_line.h"
 #include "shell/log_file.h"
@@ -28,29 +27,6 @@
 namespace {
 
 using namespace tl;
-
-/// A dark palette for desktops whose dark theme Qt does not pick up by
-/// itself (asked for with TESSALINE_DARK=1).
-void use_dark_palette(QApplication& app) {
-    app.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QPalette p;
-    const QColor window(45, 45, 48), base(30, 30, 30), text(220, 220, 220), disabled(128, 128, 128);
-    p.setColor(QPalette::Window, window);
-    p.setColor(QPalette::WindowText, text);
-    p.setColor(QPalette::Base, base);
-    p.setColor(QPalette::AlternateBase, window);
-    p.setColor(QPalette::ToolTipBase, window);
-    p.setColor(QPalette::ToolTipText, text);
-    p.setColor(QPalette::Text, text);
-    p.setColor(QPalette::Button, window);
-    p.setColor(QPalette::ButtonText, text);
-    p.setColor(QPalette::Highlight, QColor(38, 79, 120));
-    p.setColor(QPalette::HighlightedText, Qt::white);
-    p.setColor(QPalette::Link, QColor(90, 160, 255));
-    for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        p.setColor(QPalette::Disabled, role, disabled);
-    app.setPalette(p);
-}
 
 /// SIGTERM, SIGHUP and SIGQUIT close the window as its close button does: a
 /// running program is stopped first, files are closed and the settings and
@@ -90,8 +66,7 @@ int run_window(int argc, char** argv, const std::string& program_file) {
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QString::fromLatin1(shell::settings_organisation));
     QApplication::setApplicationName(QString::fromLatin1(shell::settings_application));
-    if (const char* dark = std::getenv("TESSALINE_DARK"); dark != nullptr && std::string(dark) == "1")
-        use_dark_palette(app);
+    gui::follow_desktop_color_scheme(app);
 
     shell::SessionStart start;
     if (!shell::begin_session(start, shell::shell_state.terminal)) return 1;

@@ -1,6 +1,9 @@
 // window_test.cpp — the main window driven as a user would, offscreen (Qt Test).
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QRegularExpression>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QListWidget>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,6 +20,7 @@
 #include "exec/memory_areas.h"
 #include "graph/graph_state.h"
 #include "gui/batch_host.h"
+#include "gui/color_scheme.h"
 #include "gui/console_view.h"
 #include "gui/customize_dialog.h"
 #include "gui/graph_window_widget.h"
@@ -235,6 +239,62 @@ private slots:
         QVERIFY(batch.choose_port("t", ports, chosen));
         QCOMPARE(chosen, std::string("/dev/ttyACM0"));
         QVERIFY(!batch.choose_port("t", {}, chosen));
+    }
+
+    void the_colours_follow_the_desktop_and_stay_readable() {
+        using tl::gui::ColorScheme;
+        // The user's choice first, then the first source that knows, then the palette.
+        tl::gui::SchemeSources s;
+        s.palette_window = QColor(240, 240, 240);
+        QCOMPARE(tl::gui::choose_color_scheme(s), ColorScheme::light);
+        s.palette_window = QColor(40, 40, 40);
+        QCOMPARE(tl::gui::choose_color_scheme(s), ColorScheme::dark);
+        s.gtk_theme = tl::gui::scheme_of_gtk_theme(QStringLiteral("Adwaita"));
+        QCOMPARE(tl::gui::choose_color_scheme(s), ColorScheme::light);
+        s.portal = tl::gui::scheme_of_portal_value(1);
+        QCOMPARE(tl::gui::choose_color_scheme(s), ColorScheme::dark);
+        s.user = ColorScheme::light;
+        QCOMPARE(tl::gui::choose_color_scheme(s), ColorScheme::light);
+        QCOMPARE(tl::gui::scheme_of_portal_value(0), ColorScheme::unknown);
+        QCOMPARE(tl::gui::scheme_of_portal_value(2), ColorScheme::light);
+        QCOMPARE(tl::gui::scheme_of_gtk_theme(QStringLiteral("Adwaita:dark")), ColorScheme::dark);
+        QCOMPARE(tl::gui::scheme_of_gtk_theme(QStringLiteral("Yaru-Dark")), ColorScheme::dark);
+        QCOMPARE(tl::gui::scheme_of_gtk_theme(QString()), ColorScheme::unknown);
+
+        // Every console colour can be read on a light and on a dark background;
+        // one that can already be read is kept as it is.
+        const QColor light(255, 255, 255), dark = tl::gui::dark_palette().color(QPalette::Base);
+        static constexpr unsigned rgb[] = {0x0000AA, 0x00AA00, 0xAA0000, 0xAAAAAA, 0x555555, 0xFFFF55, 0xFFFFFF, 0x000000};
+        for (const unsigned c : rgb) {
+            for (const QColor& bg : {light, dark}) {
+                const QColor shown = tl::gui::readable_color(QColor::fromRgb(c), bg);
+                QVERIFY2(tl::gui::contrast_ratio(shown, bg) >= 3.0, qPrintable(QString::number(c, 16)));
+                if (tl::gui::contrast_ratio(QColor::fromRgb(c), bg) >= 3.0) QCOMPARE(shown, QColor::fromRgb(c));
+                else if (QColor::fromRgb(c).hslSaturation() > 0) QCOMPARE(shown.hslHue(), QColor::fromRgb(c).hslHue());
+            }
+        }
+
+        // Text already shown takes the new colours when the palette turns dark and back.
+        window->submit(QStringLiteral("color 1: print \"deep blue\": color 30: print \"boxed\": color 7"));
+        tl::gui::ConsoleView* view = window->console();
+        auto colour_of = [view](const QString& word) {
+            view->flush();
+            const QTextCursor at = view->document()->find(QRegularExpression(QStringLiteral("^") + word + QStringLiteral("$")));
+            QTextCursor c(view->document());
+            c.setPosition(at.selectionStart() + 1);
+            return c.charFormat();
+        };
+        QCOMPARE(colour_of(QStringLiteral("deep blue")).foreground().color(), QColor::fromRgb(0x0000AA));
+        view->setPalette(tl::gui::dark_palette());
+        const QColor on_dark = colour_of(QStringLiteral("deep blue")).foreground().color();
+        QVERIFY(tl::gui::contrast_ratio(on_dark, dark) >= 3.0);
+        QVERIFY(on_dark != QColor::fromRgb(0x0000AA));
+        // A background of its own keeps both colours exactly.
+        QCOMPARE(colour_of(QStringLiteral("boxed")).foreground().color(), QColor::fromRgb(0xFFFF55));
+        QCOMPARE(colour_of(QStringLiteral("boxed")).background().color(), QColor::fromRgb(0x0000AA));
+        view->setPalette(QPalette(light));
+        view->setPalette(QApplication::palette());
+        QCOMPARE(colour_of(QStringLiteral("deep blue")).foreground().color(), QColor::fromRgb(0x0000AA));
     }
 
     void customize_refuses_a_value_out_of_range() {
