@@ -1,5 +1,10 @@
 // window_test.cpp — the main window driven as a user would, offscreen (Qt Test).
 #include <QApplication>
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QThread>
 #include <QDialogButtonBox>
 #include <QRegularExpression>
 #include <QTextCursor>
@@ -82,6 +87,26 @@ void when(std::function<bool()> ready, std::function<void()> act) {
     });
     timer->start(10);
 }
+
+/// A stand-in for the desktop portal's Settings interface, answering
+/// color-scheme with `value`.
+class FakePortalSettings : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    explicit FakePortalSettings(uint value) : value_(value) {}
+
+public slots:
+    QDBusVariant Read(const QString& name_space, const QString& key) {
+        if (name_space == QLatin1String("org.freedesktop.appearance") && key == QLatin1String("color-scheme"))
+            return QDBusVariant(QVariant::fromValue(QDBusVariant(value_)));
+        return QDBusVariant(QString());
+    }
+
+private:
+    uint value_;
+};
 
 }  // namespace
 
@@ -295,6 +320,47 @@ private slots:
         view->setPalette(QPalette(light));
         view->setPalette(QApplication::palette());
         QCOMPARE(colour_of(QStringLiteral("deep blue")).foreground().color(), QColor::fromRgb(0x0000AA));
+    }
+
+    void the_desktop_portal_is_asked_for_the_colour_scheme() {
+        if (QStandardPaths::findExecutable(QStringLiteral("dbus-daemon")).isEmpty())
+            QSKIP("dbus-daemon is needed (scripts/install-deps test)");
+        // A private session bus with a portal that prefers dark colours. The
+        // portal answers from a thread of its own while the window's thread
+        // waits for the answer.
+        QProcess daemon;
+        daemon.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                                                     QStringLiteral("--print-address")});
+        QVERIFY(daemon.waitForReadyRead(5000));
+        const QString address = QString::fromLatin1(daemon.readLine()).trimmed();
+        QVERIFY(!address.isEmpty());
+        QThread portal_thread;
+        portal_thread.start();
+        auto* portal = new FakePortalSettings(1);
+        portal->moveToThread(&portal_thread);
+        connect(&portal_thread, &QThread::finished, portal, &QObject::deleteLater);
+        {
+            QDBusConnection service = QDBusConnection::connectToBus(address, QStringLiteral("fake-portal"));
+            QVERIFY(service.isConnected());
+            QVERIFY(service.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), portal,
+                                           QDBusConnection::ExportAllSlots));
+            QVERIFY(service.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+        }
+        const QByteArray saved_address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+        const QByteArray saved_gtk = qgetenv("GTK_THEME");
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLatin1());
+        qputenv("GTK_THEME", "Adwaita");  // the portal comes first
+        const tl::gui::SchemeSources sources = tl::gui::read_scheme_sources();
+        qputenv("DBUS_SESSION_BUS_ADDRESS", saved_address);
+        if (saved_gtk.isEmpty()) qunsetenv("GTK_THEME"); else qputenv("GTK_THEME", saved_gtk);
+        QDBusConnection::disconnectFromBus(QStringLiteral("fake-portal"));
+        portal_thread.quit();
+        portal_thread.wait();
+        daemon.terminate();
+        daemon.waitForFinished(3000);
+        QCOMPARE(sources.portal, tl::gui::ColorScheme::dark);
+        QCOMPARE(sources.gtk_theme, tl::gui::ColorScheme::light);
+        QCOMPARE(tl::gui::choose_color_scheme(sources), tl::gui::ColorScheme::dark);
     }
 
     void customize_refuses_a_value_out_of_range() {
