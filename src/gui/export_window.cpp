@@ -3,12 +3,14 @@
 // Each output hides the window while it works and shows and repaints it
 // afterwards (the export lays the graph out for its own surface). In batch
 // mode nothing is shown: each dialog takes what it would propose.
+#include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPointer>
 #include <QPrinterInfo>
 #include <algorithm>
 
@@ -33,6 +35,10 @@ QString working_folder() {
     const std::string& w = shell::shell_state.working_folder;
     return QString::fromStdString(w.empty() ? QDir::currentPath().toStdString() : w);
 }
+
+/// The window a dialog of the outputs is centred on: the one in front
+/// once the graph window is hidden (the main window), if any.
+QWidget* dialog_parent() { return QApplication::activeWindow(); }
 
 /// What the JPEG dialog proposes: "JpegPath" and "JpegFile" from the
 /// settings (at first "graph.jpg" in the working folder), and the stored
@@ -66,10 +72,10 @@ void remember_jpeg_choice(const JpegChoice& c) {
 class ExportScope {
 public:
     explicit ExportScope(GraphFrame* frame, bool visible) : frame_(frame), visible_(visible) {
-        if (visible_ && frame_ != nullptr) frame_->hide();
+        if (visible_ && !frame_.isNull()) frame_->hide();
     }
     ~ExportScope() {
-        if (frame_ == nullptr) return;
+        if (frame_.isNull()) return;
         if (visible_) {
             frame_->show();
             frame_->raise();
@@ -81,7 +87,7 @@ public:
     ExportScope& operator=(const ExportScope&) = delete;
 
 private:
-    GraphFrame* frame_;
+    QPointer<GraphFrame> frame_;  // gone when the graph ended meanwhile
     bool visible_;
 };
 
@@ -109,7 +115,7 @@ int QtGraphWindow::export_jpeg() {
     JpegChoice choice = jpeg_proposal();
     if (visible_) {
         const int layout = static_cast<int>(shell::shell_state.settings.sizes[size_screen_size]);
-        JpegDialog dialog(nullptr, layout, choice, working_folder());
+        JpegDialog dialog(dialog_parent(), layout, choice, working_folder());
         if (dialog.exec() != QDialog::Accepted) return -1;
         choice = dialog.choice();
     }
@@ -139,8 +145,8 @@ int QtGraphWindow::export_metafile() {
     QString file = last_metafile_.isEmpty() ? QDir(working_folder()).filePath("graph.emf") : last_metafile_;
     if (visible_) {
         const QString title = "Select the Output MetaFile (.emf)", filter = "Windows Enhanced Metafile (*.emf)";
-        file = choose_save_file ? choose_save_file(nullptr, title, file, filter, "emf")
-                                : default_save_file(nullptr, title, file, filter, "emf");
+        file = choose_save_file ? choose_save_file(dialog_parent(), title, file, filter, "emf")
+                                : default_save_file(dialog_parent(), title, file, filter, "emf");
         if (file.isEmpty()) return -1;
     }
     last_metafile_ = file;
@@ -187,7 +193,7 @@ int QtGraphWindow::print_graph() {
         if (choose_printer) {
             if (!choose_printer(printer)) return -1;
         } else {
-            QPrintDialog dialog(&printer, nullptr);
+            QPrintDialog dialog(&printer, dialog_parent());
             dialog.setWindowTitle("Print Graph");
             if (dialog.exec() != QDialog::Accepted) return -1;
         }
