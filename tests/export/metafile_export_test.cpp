@@ -74,6 +74,35 @@ TEST_F(MetafileExport, AnotherProgramReadsTheLinesAndTextsAndSeesTheScreensPictu
     EXPECT_LT(red_rendered, red_screen * 13 / 10);
 }
 
+TEST_F(MetafileExport, LinesAreCutAtThePlottingAreaAndOutsideTextsLeftOut) {
+    // Zoomed so that both lines run far beyond the plotting area's left edge.
+    draw_sample("width = 6, height = 4");
+    program({"graph hscale = 1, hoffset = -2", "text string = \"Far\", x = -4, y = 3, color = (220, 30, 30)"});
+    const std::string file = path("cut.emf");
+    ASSERT_EQ(gui::write_graph_metafile(file, tell), 0);
+    const QString svg = as_svg(file);
+    EXPECT_FALSE(svg.contains("<![CDATA[Far]]>"));
+    EXPECT_TRUE(svg.contains("<![CDATA[Export]]>"));
+    const QString png = QString::fromStdString(file) + ".png";
+    ASSERT_TRUE(run_tool("rsvg-convert", {"-w", "600", "-h", "400", "-o", png, QString::fromStdString(file) + ".svg"}));
+    const QImage rendered = QImage(png).convertToFormat(QImage::Format_RGB32);
+    const QImage screen = screen_image(100);  // lays the graph out at 100 pixels per inch
+    const int area_left = static_cast<int>(graph.surface.area_left);
+    ASSERT_GT(area_left, 10);
+    const QRect margin(0, 0, area_left - 3, rendered.height());
+    int red = 0, blue = 0;
+    for (int y = margin.top(); y <= margin.bottom(); ++y)
+        for (int x = margin.left(); x <= margin.right(); ++x) {
+            const QColor c = rendered.pixelColor(x, y);
+            red += c.red() > 180 && c.green() < 90;
+            blue += c.blue() > 160 && c.red() < 90;
+        }
+    EXPECT_EQ(red, 0);
+    EXPECT_EQ(blue, 0);
+    EXPECT_GT(count_colour(rendered, QColor(220, 30, 30)), 300);  // the lines are there, inside
+    EXPECT_LT(mean_difference(rendered, screen), 6.0);
+}
+
 TEST_F(MetafileExport, AFileThatCannotBeMadeIsTold) {
     draw_sample();
     EXPECT_EQ(gui::write_graph_metafile(path("missing/graph.emf"), tell), -1);
