@@ -279,6 +279,14 @@ void GraphFrame::closeEvent(QCloseEvent* event) {
 // ---------------------------------------------------------------------------
 // The interface
 
+// Three quarters of the screen's free area in each direction, as desktops size a new document window.
+static QSize default_frame_size(const QScreen* screen) {
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr) return QSize(960, 720);
+    return screen->availableGeometry().size() * 0.75;
+}
+
+
 QtGraphWindow::QtGraphWindow(bool visible) : visible_(visible) {}
 
 QtGraphWindow::~QtGraphWindow() { delete frame_.data(); }
@@ -292,8 +300,9 @@ bool QtGraphWindow::create() {
     repaint_timer_->setSingleShot(true);
     repaint_timer_->setInterval(50);
     QObject::connect(repaint_timer_, &QTimer::timeout, frame_, [f = frame_.data()] { f->canvas()->update(); });
-    frame_->resize(frame_->preferred_client_size() + QSize(0, frame_->menuBar()->sizeHint().height() +
-                                                               frame_->statusBar()->sizeHint().height()));
+    // A new window opens at the desktop's usual size for a new window, not at the graph's: the graph is
+    // fitted into it keeping its proportions. WIDTH and HEIGHT on an open graph size the window to them.
+    frame_->resize(default_frame_size(frame_->screen()));
     frame_->on_print = [this] { (void)print_graph(); };
     frame_->on_save = [this] { (void)save_graph_as(); };
     if (visible_) {

@@ -2,6 +2,7 @@
 //
 // TESSALINE_RENDER_DIR=folder keeps every image drawn, as NAME.png.
 #include <QApplication>
+#include <algorithm>
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
@@ -433,6 +434,21 @@ TEST_F(GraphWindowTest, KeysRectangleReadoutAndResize) {
     EXPECT_LT(frame->width(), before.width());
     EXPECT_LT(frame->height(), before.height());
     EXPECT_EQ(frame->pos(), corner);
+}
+
+TEST_F(GraphWindowTest, ANewWindowOpensAtTheDefaultSizeWhateverTheGraphsSize) {
+    ASSERT_EQ(type("graph width = 2, height = 1.5"), 0) << fe.output;
+    ASSERT_NE(qt_window.frame(), nullptr);
+    const QSize small = qt_window.frame()->size();
+    ASSERT_EQ(type("graph end"), 0);
+    settle();
+    ASSERT_EQ(type("graph width = 9, height = 6.5"), 0) << fe.output;
+    ASSERT_NE(qt_window.frame(), nullptr);
+    EXPECT_EQ(qt_window.frame()->size(), small);
+    // The graph is fitted into the window with its proportions.
+    settle();
+    const gui::GraphCanvas* canvas = qt_window.frame()->canvas();
+    EXPECT_NEAR(canvas->ppi(), std::min(canvas->width() / 9.0, canvas->height() / 6.5), 1e-9);
 }
 
 }  // namespace
