@@ -57,4 +57,10 @@ PY
 # The clamped values are kept for the next session.
 grep -q '^JPEGResolution=600' "$home/config/Ostraval Software/Tessaline.conf" ||
   fail "resolution not kept: $(cat "$home/config/Ostraval Software/Tessaline.conf")"
+# With nothing stored, the JPEG is graph.jpg in the working folder.
+printf '10 graph\n20 plot x = 1, y = 1\n30 graph jpeg\n' >"$home/first.bas"
+rm "$home/config/Ostraval Software/Tessaline.conf"
+printf '[Settings]\nWorkPath=%s/work\n' "$home" >"$home/config/Ostraval Software/Tessaline.conf"
+"$bin" --batch "$home/first.bas" </dev/null >/dev/null 2>&1 || fail "first.bas failed"
+[ -s "$home/work/graph.jpg" ] || fail "no graph.jpg in the working folder: $(ls -R "$home")"
 echo "batch exports: all passed"

@@ -5,12 +5,15 @@
 #include <QColor>
 #include <QDir>
 #include <QImage>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdlib>
 #include <string>
 
 #include "graph_test_support.h"
+#include "gui/export_jpeg.h"
 #include "gui/graph_painter.h"
 #include "gui/graph_window_widget.h"
 #include "shell/shell_state.h"
@@ -20,6 +23,11 @@ namespace tl::test {
 class ExportTest : public GraphTest {
 protected:
     QTemporaryDir scratch;
+    /// What the exporters told the user: "caption: text".
+    std::vector<std::string> told;
+    gui::ExportMessage tell = [this](std::string_view caption, std::string_view text, bool) {
+        told.push_back(std::string(caption) + ": " + std::string(text));
+    };
     std::string saved_folder;
     shell::AppSettings saved_settings;
 
@@ -75,6 +83,27 @@ protected:
                      std::abs(p.blue() - c.blue()) < 60;
             }
         return n;
+    }
+    /// Runs another program (a reader of the files made); false, with a
+    /// test failure, when it is missing or fails. Its output in `output`.
+    static bool run_tool(const QString& program, const QStringList& arguments, QString* output = nullptr) {
+        if (QStandardPaths::findExecutable(program).isEmpty()) {
+            ADD_FAILURE() << program.toStdString() << " is missing (scripts/install-deps test)";
+            return false;
+        }
+        QProcess p;
+        p.start(program, arguments);
+        if (!p.waitForFinished(60000) || p.exitCode() != 0) {
+            ADD_FAILURE() << program.toStdString() << " failed: " << p.readAllStandardError().toStdString();
+            return false;
+        }
+        if (output != nullptr) *output = QString::fromUtf8(p.readAllStandardOutput());
+        return true;
+    }
+    static QString tool_output(const QString& program, const QStringList& arguments) {
+        QString out;
+        (void)run_tool(program, arguments, &out);
+        return out;
     }
     static void settle() {
         for (int i = 0; i < 5; ++i) QApplication::processEvents();

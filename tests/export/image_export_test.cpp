@@ -20,23 +20,6 @@ namespace {
 
 class ImageExport : public ExportTest {
 protected:
-    std::vector<std::string> told;
-    gui::ExportMessage tell = [this](std::string_view caption, std::string_view text, bool) {
-        told.push_back(std::string(caption) + ": " + std::string(text));
-    };
-    static QString tool_output(const QString& program, const QStringList& arguments) {
-        if (QStandardPaths::findExecutable(program).isEmpty()) {
-            ADD_FAILURE() << program.toStdString() << " is missing (scripts/install-deps test)";
-            return {};
-        }
-        QProcess p;
-        p.start(program, arguments);
-        if (!p.waitForFinished(60000) || p.exitCode() != 0) {
-            ADD_FAILURE() << program.toStdString() << " failed: " << p.readAllStandardError().toStdString();
-            return {};
-        }
-        return QString::fromUtf8(p.readAllStandardOutput());
-    }
     void keep(const QImage& image, const char* name) {
         if (const char* dir = std::getenv("TESSALINE_RENDER_DIR"); dir != nullptr)
             image.save(QString::fromUtf8(dir) + "/" + name + ".png");

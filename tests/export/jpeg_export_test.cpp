@@ -17,10 +17,6 @@ using gui::JpegChoice;
 
 class JpegExport : public ExportTest {
 protected:
-    std::vector<std::string> told;
-    gui::ExportMessage tell = [this](std::string_view caption, std::string_view text, bool) {
-        told.push_back(std::string(caption) + ": " + std::string(text));
-    };
     int write(const std::string& file, int quality, int resolution) {
         return gui::write_graph_jpeg(JpegChoice{file, quality, resolution}, tell);
     }
@@ -197,30 +193,6 @@ TEST_F(ExportTest, GraphJpegInTheWindowCancelledLeavesTheGraphVisibleAndSaysNoth
     EXPECT_TRUE(qt_window.frame()->isVisible());
     EXPECT_EQ(fe.take(), "");
     EXPECT_TRUE(QDir(scratch.path()).entryList(QDir::Files).isEmpty());
-    host.graph_window = &window;
-}
-
-TEST_F(ExportTest, GraphJpegInBatchModeTakesTheStoredNameAndValuesAndKeepsThem) {
-    gui::QtGraphWindow batch_window{false};
-    host.graph_window = &batch_window;
-    shell::AppSettings& s = shell::shell_state.settings;
-    s.jpeg_path = scratch.path().toStdString();
-    s.jpeg_file = "batch.jpg";
-    s.jpeg_quality = 10;
-    s.jpeg_resolution = 700;
-    draw_sample("width = 2, height = 1.5");
-    fe.take();
-    ASSERT_EQ(type("graph jpeg"), 0) << fe.output;
-    EXPECT_NE(fe.take().find("JPEG file was successfully created."), std::string::npos);
-    EXPECT_EQ(QImageReader(QString::fromStdString(path("batch.jpg"))).size(), QSize(1200, 900));
-    EXPECT_EQ(s.jpeg_quality, 25u);
-    EXPECT_EQ(s.jpeg_resolution, 600u);
-    // At first, with nothing stored: graph.jpg in the working folder.
-    s.jpeg_path.clear();
-    s.jpeg_file.clear();
-    ASSERT_EQ(type("graph jpeg"), 0);
-    EXPECT_TRUE(QFile::exists(QString::fromStdString(path("graph.jpg"))));
-    EXPECT_EQ(s.jpeg_file, "graph.jpg");
     host.graph_window = &window;
 }
 

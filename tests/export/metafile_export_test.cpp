@@ -11,24 +11,6 @@ namespace {
 
 class MetafileExport : public ExportTest {
 protected:
-    std::vector<std::string> told;
-    gui::ExportMessage tell = [this](std::string_view caption, std::string_view text, bool) {
-        told.push_back(std::string(caption) + ": " + std::string(text));
-    };
-    /// Runs `program` with `arguments`; false (with a test failure) when it is missing or fails.
-    static bool run_tool(const QString& program, const QStringList& arguments) {
-        if (QStandardPaths::findExecutable(program).isEmpty()) {
-            ADD_FAILURE() << program.toStdString() << " is missing (scripts/install-deps test)";
-            return false;
-        }
-        QProcess p;
-        p.start(program, arguments);
-        if (!p.waitForFinished(60000) || p.exitCode() != 0) {
-            ADD_FAILURE() << program.toStdString() << " failed: " << p.readAllStandardError().toStdString();
-            return false;
-        }
-        return true;
-    }
     /// The metafile as SVG text, made by emf2svg.
     QString as_svg(const std::string& emf) {
         const QString svg = QString::fromStdString(emf) + ".svg";
@@ -138,17 +120,6 @@ TEST_F(ExportTest, GraphMetafileAsksForTheNameProposesTheLastOneAndCanBeCancelle
     EXPECT_EQ(told, std::vector<std::string>{"MetaFile was successfully created."});
     ASSERT_EQ(type("graph metafile"), 0);
     EXPECT_EQ(asked.back().section('|', 1, 1), answer);
-    host.graph_window = &window;
-}
-
-TEST_F(ExportTest, GraphMetafileInBatchModeWritesGraphEmfInTheWorkingFolder) {
-    gui::QtGraphWindow batch_window{false};
-    host.graph_window = &batch_window;
-    draw_sample();
-    fe.take();
-    ASSERT_EQ(type("graph metafile"), 0);
-    EXPECT_NE(fe.take().find("MetaFile was successfully created."), std::string::npos);
-    EXPECT_GT(QFileInfo(scratch.filePath("graph.emf")).size(), 1000);
     host.graph_window = &window;
 }
 

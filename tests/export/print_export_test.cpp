@@ -49,10 +49,6 @@ TEST(PlaceGraph, ByMarginsOrCentredAndOnlyInsideThePrintableArea) {
 
 class PrintExport : public ExportTest {
 protected:
-    std::vector<std::string> told;
-    gui::ExportMessage tell = [this](std::string_view caption, std::string_view text, bool) {
-        told.push_back(std::string(caption) + ": " + std::string(text));
-    };
     /// A PDF printer on a Letter sheet, portrait, a quarter inch of margins.
     void pdf_printer(QPrinter& printer, const std::string& file) {
         printer.setOutputFormat(QPrinter::PdfFormat);
@@ -60,19 +56,6 @@ protected:
         printer.setPageSize(QPageSize(QPageSize::Letter));
         printer.setPageOrientation(QPageLayout::Portrait);
         printer.setPageMargins(QMarginsF(0.25, 0.25, 0.25, 0.25), QPageLayout::Inch);
-    }
-    static QString tool_output(const QString& program, const QStringList& arguments) {
-        if (QStandardPaths::findExecutable(program).isEmpty()) {
-            ADD_FAILURE() << program.toStdString() << " is missing (scripts/install-deps test)";
-            return {};
-        }
-        QProcess p;
-        p.start(program, arguments);
-        if (!p.waitForFinished(60000) || p.exitCode() != 0) {
-            ADD_FAILURE() << program.toStdString() << " failed: " << p.readAllStandardError().toStdString();
-            return {};
-        }
-        return QString::fromUtf8(p.readAllStandardOutput());
     }
     /// The PDF's first page as an image at `ppi` (pdftoppm).
     QImage page_image(const std::string& pdf, int ppi) {
