@@ -265,19 +265,11 @@ int compute(int op, LongNumber* const* operands, LongNumber& r, int column) {
             rc = long_root(*x[0], *x[1], r);
             if (rc >= 0) long_timer_report(root_time_label, start);
             break;
-        case lop_power: {
+        case lop_power:
             // As the "^" operator: 16 more digits while computing, then rounded back.
-            const int saved = mode.precision;
-            mode.precision += 16;
-            rc = long_power(*x[0], *x[1], r);
-            mode.precision = saved;
-            if (rc >= 0) {
-                r.nrm = 0;
-                long_normalise(r, normalise_round);
-                long_timer_report(power_time_label, start);
-            }
+            rc = long_power_operator_value(*x[0], *x[1], r);
+            if (rc >= 0) long_timer_report(power_time_label, start);
             break;
-        }
         case lop_mult: rc = long_multiply(*x[0], *x[1], r); break;
         case lop_div: rc = long_divide(*x[0], *x[1], r); break;
         case lop_factorial:

@@ -170,22 +170,9 @@ int operands(ItemTable& t, int i, int own_error) {
 /// x ^ y with the precision raised by 16 digits, rounded back.
 int long_power_operator(const LongNumber& x, const LongNumber& y, LongNumber& result) {
     const auto start = long_timer_start();
-    LongMode& mode = long_state.mode;
-    // x ^ 0.5 is the square root, correctly rounded at the precision itself.
-    if (y.sgn != -1 && y.exp == 0 && y.blks == 1 && y.blocks[0] == 50000000u && x.sgn != -1) {
-        const int r = long_sqrt(x, result);
-        if (r == 0) long_timer_report(power_time_label, start);
-        return r;
-    }
-    const int precision = mode.precision;
-    mode.precision = precision + 16;
-    const int r = long_power(x, y, result);
-    mode.precision = precision;
-    if (r < 0) return r;
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
-    long_timer_report(power_time_label, start);
-    return 0;
+    const int r = long_power_operator_value(x, y, result);
+    if (r == 0) long_timer_report(power_time_label, start);
+    return r;
 }
 
 int pass_power(ItemTable& t) {

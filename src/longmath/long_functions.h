@@ -24,8 +24,11 @@ namespace tl {
 [[nodiscard]] int long_e(LongNumber& result);      ///< cached until the rounding rule changes
 /// n! exactly, 1 <= n < 205022 (186 out of range, 187 overflow); any mode.
 [[nodiscard]] int long_factorial(const LongNumber& n, LongNumber& result);
-/// x^y (the "^" operator computes it with the precision raised by 16).
+/// x^y correctly rounded to the precision.
 [[nodiscard]] int long_power(const LongNumber& x, const LongNumber& y, LongNumber& result);
+/// x^y as the "^" operator and the LONG power operation give it: formed with
+/// 16 more digits and rounded back to the precision (correctly rounded).
+[[nodiscard]] int long_power_operator_value(const LongNumber& x, const LongNumber& y, LongNumber& result);
 /// The n-th root of x (error 20 on failure).
 [[nodiscard]] int long_root(const LongNumber& x, const LongNumber& n, LongNumber& result);
 /// x / 2, exact.

@@ -8,6 +8,7 @@
 #include "longmath/long_blocks.h"
 #include "longmath/long_convert.h"
 #include "longmath/long_functions.h"
+#include "longmath/long_guard_digits.h"
 #include "longmath/long_state.h"
 #include "longmath/long_support.h"
 #include "longmath/long_timing.h"
@@ -19,6 +20,8 @@ namespace {
 constexpr double max_power_exponent = 10000000.0;
 /// Integer exponents up to this are done by repeated squaring.
 constexpr std::int64_t max_integer_exponent = 1LL << 31;
+/// The longest exact power an integer root's exact check forms.
+constexpr std::int64_t max_exact_root_digits = 2000000;
 
 int power_error() { return report_error(err_power_root_error_result); }
 
@@ -93,6 +96,84 @@ int real_power(const LongNumber& x, const LongNumber& y, LongNumber& result) {
     return rc;
 }
 
+/// Exact decision of an integer root, for when the guard digits leave it
+/// open: `r` (the root of |x| rounded to `target` digits from an
+/// approximation) is checked against the exact n-th powers of the rounding
+/// boundaries beside it and moved by a unit in its last digit when it lies on
+/// the wrong side. For a negative n the root of x is 1 / x^(1/|n|): the
+/// boundary b is compared through x * b^|n| against 1 instead.
+int settle_integer_root(const LongNumber& x, std::int64_t n, int target, LongNumber& r) {
+    const std::int64_t k = n < 0 ? -n : n;
+    if (long_is_zero(r) || k * (target + 2) > max_exact_root_digits) return 0;
+    const LongPrecisionGuard guard;
+    LongWorkFrame frame;
+    LongNumber& unit = frame.take(8);
+    LongNumber& boundary = frame.take(target + 24);
+    LongNumber& power = frame.take(static_cast<int>(k) * (target + 2) + 16);
+    LongNumber& product = frame.take(static_cast<int>(k) * (target + 2) + 16);
+    LongNumber& one = frame.take(8);
+    long_set_int(one, 1);
+    // Exact products: room for the power of a number of target + 1 digits,
+    // and for x times it.
+    long_set_precision(static_cast<int>(k) * (target + 2) + x.len + 16);
+    // -1, 0 or 1 as the exact root is below, at or above `b`.
+    auto side_of = [&](const LongNumber& b, int& side) {
+        int rc = integer_power(b, k, power);
+        if (rc < 0) return rc;
+        if (n > 0) {
+            side = long_compare(x, power);
+            return 0;
+        }
+        rc = long_multiply(x, power, product);
+        if (rc < 0) return rc;
+        side = long_compare(one, product);
+        return 0;
+    };
+    // u: a unit in r's last digit (half of one for the midpoint).
+    auto boundary_at = [&](int sign, bool half) {
+        long_set_int(unit, 1);
+        unit.blocks[0] = half ? 50000000u : 10000000u;
+        unit.exp = r.exp - target + (half ? 0 : 1);
+        // Below a power of ten the digits are ten times finer.
+        if (sign < 0 && r.len == 1 && r.blocks[0] == 10000000u) unit.exp -= 1;
+        unit.sgn = sign < 0 ? -1 : 0;
+        const int rc = long_add(r, unit, boundary);
+        boundary.nrm = 0;
+        long_normalise(boundary, normalise_strip);
+        return rc;
+    };
+    int side = 0;
+    int rc = 0;
+    if (long_state.mode.rounding) {
+        // r is right when r - u/2 <= root < r + u/2 (a tie rounds up).
+        if ((rc = boundary_at(1, true)) < 0 || (rc = side_of(boundary, side)) < 0) return rc;
+        int step = side >= 0 ? 1 : 0;
+        if (step == 0) {
+            if ((rc = boundary_at(-1, true)) < 0 || (rc = side_of(boundary, side)) < 0) return rc;
+            step = side < 0 ? -1 : 0;
+        }
+        if (step != 0 && (rc = boundary_at(step, false)) < 0) return rc;
+        if (step != 0) long_copy(boundary, r);
+        return 0;
+    }
+    // Cut: r <= root < r + u.
+    if ((rc = side_of(r, side)) < 0) return rc;
+    if (side < 0) {
+        if ((rc = boundary_at(-1, false)) < 0) return rc;
+        long_copy(boundary, r);
+        return 0;
+    }
+    if ((rc = boundary_at(1, false)) < 0 || (rc = side_of(boundary, side)) < 0) return rc;
+    if (side >= 0) {
+        if ((rc = boundary_at(1, false)) < 0) return rc;
+        long_copy(boundary, r);
+    }
+    return 0;
+}
+
+/// Digits lost to the size of t = y ln x in e^t: its integer digits.
+int digits_lost_to(double magnitude) { return 1 + static_cast<int>(std::log10(magnitude + 1.0)); }
+
 }  // namespace
 
 int long_power(const LongNumber& x, const LongNumber& y, LongNumber& result) {
@@ -125,22 +206,35 @@ int long_power(const LongNumber& x, const LongNumber& y, LongNumber& result) {
     const LongPrecisionGuard guard;
     const int target = long_state.mode.precision;
     LongWorkFrame frame;
-    LongNumber& base = frame.take(target + 48);
+    LongNumber& base = frame.take(x.len + 8);
     long_copy(x, base);
     base.sgn = 0;
-    if (by_squaring) {
-        // Each squaring doubles the relative error: guard digits for n's digits.
-        long_set_precision(target + 8 + static_cast<int>(std::log10(static_cast<double>(std::llabs(n)) + 1.0)));
-        rc = integer_power(base, n, result);
-    } else {
-        // The exponent's size costs digits of ln x.
-        const int extra = 8 + static_cast<int>(std::log10(magnitude + 1.0));
-        long_set_precision(target + extra);
-        rc = real_power(base, y, result);
-    }
+    // Each squaring can double the relative error: n's digits are lost; so
+    // are the integer digits of y ln x in e^(y ln x).
+    const int extra = by_squaring ? digits_lost_to(static_cast<double>(std::llabs(n))) : digits_lost_to(magnitude);
+    bool decided = false;
+    rc = long_round_from_guard_digits(
+        target, extra,
+        [&](LongNumber& out) { return by_squaring ? integer_power(base, n, out) : real_power(base, y, out); }, result,
+        decided);
     if (rc < 0) return rc;
     if (x.sgn == -1 && odd) long_flip_sign(result);
-    long_set_precision(target);
+    return 0;
+}
+
+int long_power_operator_value(const LongNumber& x, const LongNumber& y, LongNumber& result) {
+    LongMode& mode = long_state.mode;
+    const int target = mode.precision;
+    {
+        const LongPrecisionGuard guard;
+        long_set_precision(target + 16);
+        const int rc = long_power(x, y, result);
+        if (rc < 0) return rc;
+    }
+    // Rounding twice is rounding once unless the 16 extra digits read as a
+    // boundary (5000... say, from a root just below it): then the power is
+    // formed at the length itself, correctly rounded there.
+    if (!long_rounding_decided(result, target, 18)) return long_power(x, y, result);
     result.nrm = 0;
     long_normalise(result, normalise_round);
     return 0;
@@ -163,25 +257,38 @@ int long_root(const LongNumber& x, const LongNumber& n, LongNumber& result) {
     const LongPrecisionGuard guard;
     const int target = long_state.mode.precision;
     LongWorkFrame frame;
-    LongNumber& base = frame.take(target + 48);
+    LongNumber& base = frame.take(x.len + 8);
     LongNumber& one = frame.take(8);
-    LongNumber& exponent = frame.take(target + 48);
-    LongNumber& divisor = frame.take(target + 48);
+    LongNumber& exponent = frame.take(target + 2 * last_guard_digits + 48);
+    LongNumber& divisor = frame.take(n.len + 8);
+    long_copy(n, divisor);
     long_copy(x, base);
     base.sgn = 0;
-    // The square root is correctly rounded at the target itself; rounding
-    // it again from more digits could not be.
+    // The square root is correctly rounded at the target itself.
     if (integer && k == 2) return long_sqrt(base, result);
-    long_set_precision(target + 8);
+    if (unit_magnitude(base)) {
+        long_set_int(result, x.sgn == -1 ? -1 : 1);
+        return 0;
+    }
     long_set_int(one, 1);
-    long_copy(n, divisor);
-    rc = long_divide(one, divisor, exponent);
-    if (rc == 0) rc = long_power(base, exponent, result);
+    // |ln x / n| estimated: the digits of 1/n and of ln x it costs.
+    const double magnitude = std::fabs(decimal_log(base) / to_double_or_zero(n)) * 2.302585093;
+    bool decided = false;
+    rc = long_round_from_guard_digits(
+        target, digits_lost_to(magnitude),
+        [&](LongNumber& out) {
+            const int r = long_divide(one, divisor, exponent);
+            return r < 0 ? r : real_power(base, exponent, out);
+        },
+        result, decided);
     if (rc < 0) return rc;
+    // Left open by the guard digits: the root is exact, a tie, or very close
+    // to one; for an integer n exact powers decide.
+    if (!decided && integer) {
+        rc = settle_integer_root(base, k, target, result);
+        if (rc < 0) return rc;
+    }
     if (x.sgn == -1) long_flip_sign(result);
-    long_set_precision(target);
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
     return 0;  // the caller reports "ROOT Calc. Time:" when timing is on
 }
 

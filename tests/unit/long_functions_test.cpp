@@ -334,6 +334,192 @@ TEST_F(LongFunctionsTest, FactorialIsExact) {
     EXPECT_EQ(text_of(r), "2.4329020081e+18");  // 2432902008176640000
 }
 
+// n-th roots and powers are correctly rounded too: the exact value (bracketed
+// by MPFR's results rounded down and up at far more bits) lies in the
+// interval the result stands for: [v - u/2, v + u/2) rounded to nearest,
+// [v, v + u) cut (u: a unit in the last of `digits` digits, for |v|).
+class CorrectRounding : public LongFunctionsTest {
+protected:
+    /// f(x, y) rounded down or up; monotonic in x and in y.
+    using MpOperation = std::function<void(mpfr_t out, const mpfr_t x, const mpfr_t y, mpfr_rnd_t rnd)>;
+
+    /// The decimal inputs are bracketed in binary too, so the four corners
+    /// bracket the exact value. A bracket that touches a boundary (an exact
+    /// value such as 1e-15 or 8) tells nothing there; such values are also
+    /// checked by their text.
+    ::testing::AssertionResult rounds_correctly(const LongNumber& ours, const MpOperation& f, const LongNumber& x,
+                                                const LongNumber& y, int digits) {
+        const int bits_digits = digits + 60;
+        Mp x_lo(bits_digits), x_hi(bits_digits), y_lo(bits_digits), y_hi(bits_digits), out(bits_digits);
+        mpfr_set_str(x_lo.v, text_of(x).c_str(), 10, MPFR_RNDD);
+        mpfr_set_str(x_hi.v, text_of(x).c_str(), 10, MPFR_RNDU);
+        mpfr_set_str(y_lo.v, text_of(y).c_str(), 10, MPFR_RNDD);
+        mpfr_set_str(y_hi.v, text_of(y).c_str(), 10, MPFR_RNDU);
+        Rational lo, hi;
+        bool first = true;
+        for (const Mp* xs : {&x_lo, &x_hi}) {
+            for (const Mp* ys : {&y_lo, &y_hi}) {
+                for (mpfr_rnd_t rnd : {MPFR_RNDD, MPFR_RNDU}) {
+                    f(out.v, xs->v, ys->v, rnd);
+                    const Rational r = out.exact();
+                    if (first || r < lo) lo = r;
+                    if (first || hi < r) hi = r;
+                    first = false;
+                }
+            }
+        }
+        Rational v = value_of(ours);
+        if (v.sign() < 0) {
+            const Rational t = Rational(0) - hi;
+            hi = Rational(0) - lo;
+            lo = t;
+            v = Rational(0) - v;
+        }
+        if (v.sign() == 0) return ::testing::AssertionFailure() << "got 0";
+        const Rational u = pow10q(decimal_magnitude(v) - digits);
+        const Rational half = u / Rational(2);
+        const Rational from = mode.rounding ? v - half : v;
+        const Rational to = mode.rounding ? v + half : v + u;
+        if (from <= hi && lo < to && ours.len <= digits) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << "got " << text_of(ours) << " (len " << ours.len << ")";
+    }
+};
+
+TEST_F(CorrectRounding, RootsOfEveryDegree) {
+    std::mt19937_64 rng(3);
+    // The radicand keeps all its digits, however many the result gets.
+    auto whole = [&](const std::string& text) {
+        mode.precision = static_cast<int>(text.size()) + 12;
+        return make_long(text);
+    };
+    auto root_text = [&](const std::string& text, long n, int digits) {
+        const LongNumber x = whole(text);
+        mode.precision = digits;
+        LongNumber r;
+        EXPECT_EQ(long_root(x, make_long(std::to_string(n)), r), 0);
+        return text_of(r);
+    };
+    auto check = [&](const std::string& text, long n, int digits) {
+        const LongNumber x = whole(text);
+        mode.precision = digits;
+        LongNumber r;
+        ASSERT_EQ(long_root(x, make_long(std::to_string(n)), r), 0) << text << fe.output;
+        EXPECT_EQ(mode.precision, digits);
+        const auto g = [&](mpfr_t out, const mpfr_t v, const mpfr_t, mpfr_rnd_t rnd) {
+            // 1/r with r rounded the other way keeps the exact value bracketed.
+            const mpfr_rnd_t other = rnd == MPFR_RNDD ? MPFR_RNDU : MPFR_RNDD;
+            mpfr_rootn_ui(out, v, static_cast<unsigned long>(n < 0 ? -n : n), n < 0 ? other : rnd);
+            if (n < 0) mpfr_ui_div(out, 1, out, rnd);
+        };
+        EXPECT_TRUE(rounds_correctly(r, g, x, x, digits)) << "root(" << text << ", " << n << ") at " << digits;
+    };
+    for (bool rounding : {true, false}) {
+        mode.rounding = rounding;
+        for (int digits : {11, 12, 30, 50, 101}) {
+            for (int i = 0; i < 25; ++i) {
+                std::string text = random_number_text(rng, digits, 60);
+                if (text[0] == '-') text.erase(0, 1);
+                for (long n : {3L, 4L, 5L, 7L, 10L, -3L}) check(text, n, digits);
+                check("-" + text, 3, digits);
+            }
+        }
+        // Exact roots, exact ties and values just beside them, where the
+        // guard digits cannot decide and exact powers must.
+        for (int k : {10, 11, 20, 49}) {
+            // (1 + 5 * 10^-k)^3: its cube root 1.0...05 is a tie at k digits.
+            const std::string tie = "1" + std::string(static_cast<std::size_t>(k - 1), '0') + "5";
+            mode.precision = 4 * k + 10;
+            LongNumber t = make_long(tie + "e-" + std::to_string(k)), cube, square;
+            ASSERT_EQ(long_multiply(t, t, square), 0);
+            ASSERT_EQ(long_multiply(square, t, cube), 0);
+            const std::string exact = text_of(cube);
+            check(exact, 3, k);
+            EXPECT_EQ(root_text(exact, 3, k), rounding ? "1." + std::string(static_cast<std::size_t>(k - 2), '0') + "1" : "1.");
+            check(exact + "000000000000000000000000000000000000000000000001", 3, k);
+            LongNumber below, tiny = make_long("1e-" + std::to_string(3 * k + 40));
+            mode.precision = 4 * k + 50;
+            ASSERT_EQ(long_subtract(make_long(exact), tiny, below), 0);
+            long_normalise(below, normalise_round);
+            check(text_of(below), 3, k);
+            EXPECT_EQ(root_text(text_of(below), 3, k), "1.");
+        }
+        check("1.953125", 3, 11);  // 1.25 exactly
+        check("8", 3, 11);
+        check("1e-300", 3, 11);
+        check("0.0009765625", 10, 11);  // 0.5 exactly
+        check("1.953125", -3, 11);  // 0.8 exactly
+        EXPECT_EQ(root_text("1.953125", 3, 11), "1.25");
+        EXPECT_EQ(root_text("8", 3, 11), "2.");
+        EXPECT_EQ(root_text("-8", 3, 11), "-2.");
+        EXPECT_EQ(root_text("1e-45", 3, 50), ".000000000000001");
+        EXPECT_EQ(root_text("0.0009765625", 10, 11), ".5");
+        EXPECT_EQ(root_text("1.953125", -3, 11), ".8");
+        EXPECT_EQ(root_text("1e-300", 3, 11), "1.e-100");
+    }
+    mode.rounding = true;
+    mode.precision = 11;
+    LongNumber r;
+    ASSERT_EQ(long_root(make_long("1.953125"), make_long("3"), r), 0);
+    EXPECT_EQ(text_of(r), "1.25");
+}
+
+TEST_F(CorrectRounding, Powers) {
+    std::mt19937_64 rng(4);
+    auto check = [&](const std::string& xt, const std::string& yt, int digits) {
+        mode.precision = digits;
+        const LongNumber x = make_long(xt), y = make_long(yt);
+        LongNumber r;
+        ASSERT_EQ(long_power(x, y, r), 0) << xt << " ^ " << yt << fe.output;
+        const auto g = [](mpfr_t out, const mpfr_t a, const mpfr_t b, mpfr_rnd_t rnd) { mpfr_pow(out, a, b, rnd); };
+        EXPECT_TRUE(rounds_correctly(r, g, x, y, digits)) << xt << " ^ " << yt << " at " << digits;
+    };
+    for (bool rounding : {true, false}) {
+        mode.rounding = rounding;
+        for (int digits : {11, 30, 50, 101}) {
+            for (int i = 0; i < 25; ++i) {
+                std::string x = random_number_text(rng, digits, 5);
+                if (x[0] == '-') x.erase(0, 1);
+                const std::string y = random_number_text(rng, 3, 0);
+                check(x, y, digits);
+                check(x, std::to_string(static_cast<int>(rng() % 41) - 20), digits);
+            }
+        }
+        check("4", "1.5", 11);  // 8 exactly
+        check("2", "-40", 27);  // 9.094947017729282379150390625e-13: a tie at 27 digits
+        check("1e-5", "0.2", 11);  // 0.1 exactly
+        mode.precision = 11;
+        LongNumber r;
+        ASSERT_EQ(long_power(make_long("4"), make_long("1.5"), r), 0);
+        EXPECT_EQ(text_of(r), "8.");
+        ASSERT_EQ(long_power(make_long("1e-5"), make_long("0.2"), r), 0);
+        EXPECT_EQ(text_of(r), ".1");
+        mode.precision = 27;
+        ASSERT_EQ(long_power(make_long("2"), make_long("-40"), r), 0);
+        EXPECT_EQ(text_of(r), rounding ? "9.09494701772928237915039063e-13" : "9.09494701772928237915039062e-13");
+    }
+}
+
+// "^" forms the power with 16 more digits and rounds back; where those digits
+// read as a tie that the exact value is not, it rounds once, at the length.
+TEST_F(CorrectRounding, ThePowerOperatorDoesNotRoundTwice) {
+    mode.rounding = true;
+    // x just below the square root of the tie 1.00000000005 (at 11 digits).
+    Mp m(200), root(200);
+    mpfr_set_str(m.v, "1.00000000005", 10, MPFR_RNDN);
+    mpfr_sqrt(root.v, m.v, MPFR_RNDD);
+    char text[80];
+    mpfr_snprintf(text, sizeof text, "%.58RDf", root.v);
+    mode.precision = 60;
+    const LongNumber x = make_long(text);
+    mode.precision = 11;
+    LongNumber r;
+    ASSERT_EQ(long_power_operator_value(x, make_long("2"), r), 0);
+    EXPECT_EQ(text_of(r), "1.");
+    ASSERT_EQ(long_power_operator_value(make_long("2"), make_long("10"), r), 0);
+    EXPECT_EQ(text_of(r), "1024.");
+    EXPECT_EQ(mode.precision, 11);
+}
+
 TEST_F(LongFunctionsTest, PowerRootAndHalf) {
     mode.precision = 30;
     LongNumber r;
