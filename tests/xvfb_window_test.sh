@@ -1,7 +1,8 @@
 #!/bin/sh
 # The real window under Xvfb: typing "print 6*7" and Enter into the focused
 # command field shows 42, and the log (CreateLogFile on) receives it; GRAPH
-# typed there opens the graph window, and Ctrl+Q closes both windows.
+# typed there opens the graph window, and Ctrl+Q closes both windows. The
+# window program also waits a moment for a display that is still starting.
 # Usage: xvfb_window_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
@@ -86,4 +87,30 @@ kill -0 $wpid 2>/dev/null && fail "the window did not close on Ctrl+Q"
 wait $wpid; rc=$?
 [ $rc -eq 0 ] || fail "exit status $rc: $(cat "$scratch/out")"
 wpid=""
+
+# The window program waits a moment for a display that does not yet take
+# connections (a bare X server resets itself when its last client leaves):
+# here the server starts a little after the window program.
+kill $xpid 2>/dev/null; wait $xpid 2>/dev/null
+xpid=""
+d=$((d + 1))
+while [ -e "/tmp/.X11-unix/X$d" ] || [ -e "/tmp/.X$d-lock" ]; do d=$((d + 1)); done
+export DISPLAY=":$d"
+"$(dirname "$bin")/tessaline-window" >"$scratch/out" 2>&1 </dev/null &
+wpid=$!
+sleep 0.3
+Xvfb ":$d" -screen 0 800x600x24 -nolisten tcp >/dev/null 2>&1 &
+xpid=$!
+win=""
+for i in $(seq 1 100); do
+  win=$(xdotool search --onlyvisible --name 'Tessaline' 2>/dev/null | head -1)
+  [ -n "$win" ] && break
+  kill -0 $wpid 2>/dev/null || break
+  sleep 0.1
+done
+[ -n "$win" ] || fail "the window did not wait for the display: $(cat "$scratch/out")"
+kill -TERM $wpid
+wait $wpid; rc=$?
+wpid=""
+[ $rc -eq 143 ] || fail "SIGTERM ended the window with status $rc"
 echo "window under Xvfb: passed"

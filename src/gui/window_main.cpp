@@ -23,6 +23,7 @@
 #include "shell/session.h"
 #include "shell/shell_state.h"
 #include "shell/termination_signals.h"
+#include "shell/window_launch.h"
 
 namespace {
 
@@ -63,7 +64,9 @@ private:
 };
 
 int run_window(int argc, char** argv, const std::string& program_file) {
+    shell::XDisplayHold display = shell::hold_x_display(2000);
     QApplication app(argc, argv);
+    shell::release_x_display(display);
     QApplication::setOrganizationName(QString::fromLatin1(shell::settings_organisation));
     QApplication::setApplicationName(QString::fromLatin1(shell::settings_application));
     gui::follow_desktop_color_scheme(app);

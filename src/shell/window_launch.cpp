@@ -42,6 +42,47 @@ bool x_display_answers() {
 
 }  // namespace
 
+XDisplayHold hold_x_display(int patience_ms) {
+    XDisplayHold hold;
+    if (set("QT_QPA_PLATFORM") && !std::string_view(std::getenv("QT_QPA_PLATFORM")).starts_with("xcb")) return hold;
+    if (!set("DISPLAY")) return hold;
+    hold.library = dlopen("libxcb.so.1", RTLD_NOW | RTLD_LOCAL);
+    if (hold.library == nullptr) return hold;
+    using Connect = void* (*)(const char*, int*);
+    using HasError = int (*)(void*);
+    using Disconnect = void (*)(void*);
+    const auto connect = reinterpret_cast<Connect>(dlsym(hold.library, "xcb_connect"));
+    const auto has_error = reinterpret_cast<HasError>(dlsym(hold.library, "xcb_connection_has_error"));
+    const auto disconnect = reinterpret_cast<Disconnect>(dlsym(hold.library, "xcb_disconnect"));
+    if (connect == nullptr || has_error == nullptr || disconnect == nullptr) {
+        release_x_display(hold);
+        return hold;
+    }
+    constexpr int pause_ms = 20;
+    for (int waited = 0;; waited += pause_ms) {
+        void* c = connect(nullptr, nullptr);
+        if (c != nullptr && has_error(c) == 0) {
+            hold.connection = c;
+            return hold;
+        }
+        if (c != nullptr) disconnect(c);
+        if (waited >= patience_ms) break;
+        usleep(pause_ms * 1000);
+    }
+    release_x_display(hold);
+    return hold;
+}
+
+void release_x_display(XDisplayHold& hold) {
+    if (hold.connection != nullptr && hold.library != nullptr) {
+        using Disconnect = void (*)(void*);
+        const auto disconnect = reinterpret_cast<Disconnect>(dlsym(hold.library, "xcb_disconnect"));
+        if (disconnect != nullptr) disconnect(hold.connection);
+    }
+    if (hold.library != nullptr) dlclose(hold.library);
+    hold = XDisplayHold{};
+}
+
 bool display_available() {
     if (set("QT_QPA_PLATFORM")) {
         const std::string_view platform = std::getenv("QT_QPA_PLATFORM");

@@ -22,6 +22,21 @@ inline constexpr const char* no_display_message =
 /// accepts a connection (tried through libxcb, loaded for the test only).
 [[nodiscard]] bool display_available();
 
+/// An open connection to the X display, held while the window program's own
+/// connection is made.
+struct XDisplayHold {
+    void* library = nullptr;
+    void* connection = nullptr;
+};
+
+/// Connects to the X display in DISPLAY (when the window will use X), trying
+/// again for up to `patience_ms`: an X server without other clients resets
+/// itself when its last client leaves (such as the display test before the
+/// hand-over) and refuses connections for that moment. Held open, the
+/// connection keeps the server from resetting again until release_x_display().
+[[nodiscard]] XDisplayHold hold_x_display(int patience_ms);
+void release_x_display(XDisplayHold& hold);
+
 /// Replaces the process with the window program found beside `executable`,
 /// passing `argv` on. Returns only when that failed (after a message on
 /// standard error).
