@@ -201,6 +201,33 @@ private slots:
         QCOMPARE(window->run_button()->text(), QStringLiteral("Run"));
     }
 
+    void a_line_typed_while_stepping_inside_a_loop_runs_on_its_own() {
+        // Paused inside a FOR body (and a GOSUB within it), lines typed into
+        // the field run at once; the loop goes on and is not reported open.
+        load(write_program("loop.bas", "10 for i = 1 to 3\n20 gosub 100\n30 next i\n40 print \"done\"; x\n50 end\n"
+                                       "100 x = x + i\n110 return\n"));
+        int pauses = 0;
+        auto* timer = new QTimer(this);
+        connect(timer, &QTimer::timeout, this, [&] {
+            if (window->command_label()->text() != QStringLiteral("Stepping -- Command:") ||
+                !window->command_field()->isEnabled())
+                return;
+            ++pauses;
+            if (pauses == 3) window->submit(QStringLiteral("print \"at\"; i"));         // in the loop body
+            if (pauses == 5) window->submit(QStringLiteral("for k = 1 to 2: print k: next k"));  // in the subroutine
+            if (pauses == 7) window->run_button()->click();                         // Continue
+            else window->step_button()->click();
+        });
+        timer->start(15);
+        window->step_button()->click();
+        timer->stop();
+        const QString all = text();
+        QVERIFY2(!all.contains(QStringLiteral("without")), qPrintable(all));
+        QVERIFY(all.contains(QStringLiteral("Stepping -- Command: print \"at\"; i\nat")));
+        QVERIFY(all.contains(QRegularExpression(QStringLiteral("done +6\n"))));
+        QVERIFY(!window->busy());
+    }
+
     void input_takes_the_command_fields_line() {
         load(write_program("ask.bas", "10 input \"Name\"; a$\n20 print \"Hello \"; a$\n"));
         when([this] { return window->command_label()->text() == QStringLiteral("Input:"); },
