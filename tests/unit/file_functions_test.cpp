@@ -1,5 +1,7 @@
 // What the file transcripts cannot reach: browsecommports$ in a window
 // (a test host plays the chooser), the COMn names, and the files a reset closes.
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -92,6 +94,31 @@ TEST_F(FileFunctions, ResetAndClearWriteOutWhatALineStillHolds) {
     std::getline(in, text);
     EXPECT_EQ(text, "partial more");
     std::filesystem::remove(name);
+}
+
+TEST_F(FileFunctions, RandomFilesOnFailingDevicesGiveTheirReadSeekAndWriteErrors) {
+    auto error_of = [this](const std::string& line) {
+        EXPECT_LT(run_command_line(line.c_str()), 0) << line;
+        const std::string out = fe.take();
+        const std::size_t at = out.find("ERROR - ");
+        return at == std::string::npos ? out : out.substr(at, out.find('\n', at) - at);
+    };
+    // A full device takes the record but cannot keep it.
+    ASSERT_EQ(run_command_line("open \"r\", 1, \"/dev/full\", 10"), 0);
+    EXPECT_EQ(error_of("put #1, 1"), "ERROR - RANDOM file write error.");
+    // A pipe has no record positions.
+    const std::filesystem::path fifo = std::filesystem::temp_directory_path() / "tessaline-random-fifo";
+    std::filesystem::remove(fifo);
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    ASSERT_EQ(run_command_line(("open \"r\", 2, \"" + fifo.string() + "\", 10").c_str()), 0);
+    EXPECT_EQ(error_of("get #2, 1"), "ERROR - RANDOM file seek error.");
+    EXPECT_EQ(error_of("put #2, 3"), "ERROR - RANDOM file seek error.");
+    // Memory that is not mapped cannot be read.
+    ASSERT_EQ(run_command_line("open \"r\", 3, \"/proc/self/mem\", 10"), 0);
+    EXPECT_EQ(error_of("get #3, 1"), "ERROR - RANDOM file read error.");
+    // The files stay usable: closing them all succeeds.
+    EXPECT_EQ(run_command_line("close"), 0);
+    std::filesystem::remove(fifo);
 }
 
 }  // namespace
