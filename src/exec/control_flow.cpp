@@ -248,7 +248,10 @@ void end_run_loop() {
 
 bool at_statement_end() {
     skip_blanks();
-    return lang.scan.position >= lang.scan.end || *lang.scan.position == ':' || *lang.scan.position == 0;
+    const char* p = lang.scan.position;
+    if (p >= lang.scan.end || *p == ':' || *p == 0) return true;
+    // "//" starts a comment (a REM statement) that runs to the end of the line.
+    return *p == '/' && p + 1 < lang.scan.end && p[1] == '/';
 }
 
 // ---- IF ---------------------------------------------------------------

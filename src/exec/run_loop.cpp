@@ -477,7 +477,16 @@ int dispatch_statement() {
                 result = error_at_column(err_invalid_statement, item.column);
             }
             break;
-        case kind_statement: result = do_keyword_statement(static_cast<int>(item.word)); break;
+        case kind_statement:
+            if (item.word == stmt_long && lang.scan.position < lang.scan.end && *lang.scan.position == '(') {
+                // "long(1) / 7": the function LONG, not the statement ("long (k)"
+                // with a blank stays a declaration, and a wrong one).
+                result = exec.running_command_line ? immediate_answer()
+                                                   : error_at_column(err_invalid_statement, item.column);
+            } else {
+                result = do_keyword_statement(static_cast<int>(item.word));
+            }
+            break;
         case kind_command: result = do_command(static_cast<int>(item.word)); break;
         case 0: result = 0; break;
         default:

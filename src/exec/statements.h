@@ -40,7 +40,7 @@ void skip_statement_text();
 /// program offset to the end of the text.
 void end_run_loop();
 
-/// True when the statement is at its end (blanks, then ":" or the line end).
+/// True when the statement is at its end (blanks, then ":", a "//" comment or the line end).
 [[nodiscard]] bool at_statement_end();
 
 /// Truth of an evaluated condition of kind `kind` (IF and WHILE).

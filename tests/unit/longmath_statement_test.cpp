@@ -201,5 +201,33 @@ TEST_F(LongStatements, PeekValuesAreSetInTheLongDefaultMode) {
     EXPECT_EQ(variable_at(find_variable("y")).type, 14u);
 }
 
+// A "//" comment ends every statement of the long numbers, as it ends others.
+TEST_F(LongStatements, ACommentEndsTheStatement) {
+    for (const char* line : {"long // c", "long off // c", "long y // c", "long z, w// c", "long q$, mult, 2, 3 // c",
+                             "float 20 // c", "float // c", "integer // c", "float 30 // c", "debug long off // c",
+                             "dim a(3) // c"}) {
+        fe.take();
+        EXPECT_EQ(run_command_line(line), 0) << line << "\n" << fe.output;
+    }
+    EXPECT_EQ(long_state.mode.precision, 30);
+    EXPECT_GE(find_variable("w"), 0);
+    // Text after the mark is not run.
+    ASSERT_EQ(run_command_line("long v // , u"), 0);
+    EXPECT_LT(find_variable("u"), 0);
+    fe.take();
+    EXPECT_LT(run_command_line("long v2 / c"), 0);  // a single "/" is no comment
+}
+
+// At the prompt "long(...)" starts an expression, whose answer is shown.
+TEST_F(LongStatements, LongWithAParenthesisIsTheFunction) {
+    fe.take();
+    ASSERT_EQ(run_command_line("long(1) / 7"), 0) << fe.output;
+    EXPECT_NE(fe.take().find(".14285714285714285714285714285714285714285714285714\n"), std::string::npos);
+    ASSERT_EQ(run_command_line("long(3) + 1"), 0) << fe.output;
+    EXPECT_NE(fe.take().find("\n4.\n"), std::string::npos);
+    // With a blank it is read as a declaration.
+    EXPECT_LT(run_command_line("long (3) + 1"), 0);
+}
+
 }  // namespace
 }  // namespace tl::test
