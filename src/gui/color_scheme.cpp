@@ -36,12 +36,15 @@ ColorScheme qt_style_hint() {
 
 /// org.freedesktop.appearance color-scheme through the desktop portal, when
 /// a session bus is there; a desktop without a portal answers at once.
-ColorScheme portal_scheme() {
-    // Only a bus that is there: asking for one would start one where none runs.
+/// True when a session bus runs: asking for one would start one where none runs.
+bool session_bus_running() {
+    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return true;
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") &&
-        (runtime.isEmpty() || !QFileInfo::exists(QString::fromLocal8Bit(runtime) + QStringLiteral("/bus"))))
-        return ColorScheme::unknown;
+    return !runtime.isEmpty() && QFileInfo::exists(QString::fromLocal8Bit(runtime) + QStringLiteral("/bus"));
+}
+
+ColorScheme portal_scheme() {
+    if (!session_bus_running()) return ColorScheme::unknown;
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return ColorScheme::unknown;
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -74,6 +77,44 @@ void apply(QApplication& app, ColorScheme scheme) {
         app.setStyle(fusion);
         app.setPalette(fusion->standardPalette());
     }
+}
+
+/// Follows the portal's SettingChanged signal for the colour scheme.
+class PortalWatcher : public QObject {
+    Q_OBJECT
+
+public:
+    explicit PortalWatcher(QApplication& app) : QObject(&app), app_(app) {}
+
+public slots:
+    void setting_changed(const QString& name_space, const QString& key, const QDBusVariant& value) {
+        if (name_space != QLatin1String("org.freedesktop.appearance") || key != QLatin1String("color-scheme")) return;
+        if (user_choice() != ColorScheme::unknown) return;
+        QVariant v = value.variant();
+        for (int i = 0; i < 2 && v.canConvert<QDBusVariant>(); ++i) v = v.value<QDBusVariant>().variant();
+        bool ok = false;
+        const unsigned number = v.toUInt(&ok);
+        if (!ok) return;
+        // The portal's news is the newest; "no preference" falls back on
+        // GTK_THEME, then on light colours.
+        SchemeSources s;
+        s.portal = scheme_of_portal_value(number);
+        s.gtk_theme = scheme_of_gtk_theme(QString::fromLocal8Bit(qgetenv("GTK_THEME")));
+        apply(app_, choose_color_scheme(s));
+    }
+
+private:
+    QApplication& app_;
+};
+
+/// Where the desktop portal is there, follows its changes of the scheme.
+void watch_portal(QApplication& app) {
+    if (!session_bus_running()) return;
+    auto* watcher = new PortalWatcher(app);
+    QDBusConnection::sessionBus().connect(
+        QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
+        QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"), watcher,
+        SLOT(setting_changed(QString, QString, QDBusVariant)));
 }
 
 }  // namespace
@@ -142,6 +183,7 @@ QPalette dark_palette() {
 
 void follow_desktop_color_scheme(QApplication& app) {
     apply(app, choose_color_scheme(read_scheme_sources()));
+    watch_portal(app);
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
     QObject::connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, &app, [&app] {
         if (user_choice() == ColorScheme::unknown) apply(app, choose_color_scheme(read_scheme_sources()));
@@ -170,3 +212,5 @@ QColor readable_color(const QColor& wanted, const QColor& background) {
 }
 
 }  // namespace tl::gui
+
+#include "color_scheme.moc"

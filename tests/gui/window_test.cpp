@@ -1,6 +1,8 @@
 // window_test.cpp — the main window driven as a user would, offscreen (Qt Test).
 #include <QApplication>
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QStyle>
 #include <QDBusVariant>
 #include <QProcess>
 #include <QStandardPaths>
@@ -378,6 +380,28 @@ private slots:
         qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLatin1());
         qputenv("GTK_THEME", "Adwaita");  // the portal comes first
         const tl::gui::SchemeSources sources = tl::gui::read_scheme_sources();
+
+        // Following it: the palette turns dark, then light when the portal
+        // announces the change.
+        const QPalette saved_palette = QApplication::palette();
+        const QString saved_style = QApplication::style()->name();
+        QApplication::setPalette(QApplication::style()->standardPalette());
+        tl::gui::follow_desktop_color_scheme(*qApp);
+        const bool turned_dark = tl::gui::is_dark(QApplication::palette().color(QPalette::Window));
+        QDBusMessage changed = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                                          QStringLiteral("org.freedesktop.portal.Settings"),
+                                                          QStringLiteral("SettingChanged"));
+        changed << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme")
+                << QVariant::fromValue(QDBusVariant(QVariant::fromValue(2u)));
+        QDBusConnection(QStringLiteral("fake-portal")).send(changed);
+        QElapsedTimer waited;
+        waited.start();
+        while (tl::gui::is_dark(QApplication::palette().color(QPalette::Window)) && waited.elapsed() < 5000)
+            QTest::qWait(20);
+        const bool turned_light = !tl::gui::is_dark(QApplication::palette().color(QPalette::Window));
+        QApplication::setStyle(saved_style);
+        QApplication::setPalette(saved_palette);
+
         qputenv("DBUS_SESSION_BUS_ADDRESS", saved_address);
         if (saved_gtk.isEmpty()) qunsetenv("GTK_THEME"); else qputenv("GTK_THEME", saved_gtk);
         QDBusConnection::disconnectFromBus(QStringLiteral("fake-portal"));
@@ -388,6 +412,8 @@ private slots:
         QCOMPARE(sources.portal, tl::gui::ColorScheme::dark);
         QCOMPARE(sources.gtk_theme, tl::gui::ColorScheme::light);
         QCOMPARE(tl::gui::choose_color_scheme(sources), tl::gui::ColorScheme::dark);
+        QVERIFY(turned_dark);
+        QVERIFY(turned_light);
     }
 
     void customize_refuses_a_value_out_of_range() {
