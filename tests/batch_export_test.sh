@@ -4,26 +4,13 @@
 # at the stored quality and resolution, the metafile "graph.emf" in the
 # working folder, and exits 0. The JPEG's frame header is read back here.
 bin=$1
-fail() { echo "FAIL: $*"; exit 1; }
-
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
-export HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache" XDG_STATE_HOME="$home/state"
-export XDG_RUNTIME_DIR="$home/runtime"
-mkdir -m 700 "$XDG_RUNTIME_DIR"
-mkdir -p "$home/config/Ostraval Software" "$home/work" "$home/pictures"
-unset DISPLAY WAYLAND_DISPLAY
+. "$(dirname "$0")/lib.sh"
+no_display
 export QT_QPA_PLATFORM=offscreen
-cat >"$home/config/Ostraval Software/Tessaline.conf" <<CONF
-[Settings]
-WorkPath=$home/work
-JpegPath=$home/pictures
-JpegFile=plot.jpg
-JPEGQuality=90
-JPEGResolution=700
-CONF
+mkdir -p "$scratch/work" "$scratch/pictures"
+write_settings "WorkPath=$scratch/work" "JpegPath=$scratch/pictures" JpegFile=plot.jpg JPEGQuality=90 JPEGResolution=700
 
-cat >"$home/plot.bas" <<'BAS'
+cat >"$scratch/plot.bas" <<'BAS'
 10 graph width = 4, height = 3
 20 plot color = (200, 0, 0), lineweight = 2
 30 for i = 0 to 20
@@ -32,15 +19,15 @@ cat >"$home/plot.bas" <<'BAS'
 60 graph metafile
 70 graph jpeg
 BAS
-out=$("$bin" --batch "$home/plot.bas" </dev/null 2>"$home/err"); rc=$?
-[ $rc -eq 0 ] || fail "plot.bas exited $rc: $out $(cat "$home/err")"
+out=$("$bin" --batch "$scratch/plot.bas" </dev/null 2>"$scratch/err"); rc=$?
+[ $rc -eq 0 ] || fail "plot.bas exited $rc: $out $(cat "$scratch/err")"
 # Message boxes are lines on standard error.
-grep -q "Tessaline Graph: JPEG file was successfully created." "$home/err" || fail "no JPEG message: $(cat "$home/err")"
-grep -q "Tessaline Graph: MetaFile was successfully created." "$home/err" || fail "no metafile message: $(cat "$home/err")"
-[ -s "$home/pictures/plot.jpg" ] || fail "no JPEG at JpegPath/JpegFile: $(ls -R "$home")"
-[ -s "$home/work/graph.emf" ] || fail "no graph.emf in the working folder: $(ls -R "$home")"
+grep -q "Tessaline Graph: JPEG file was successfully created." "$scratch/err" || fail "no JPEG message: $(cat "$scratch/err")"
+grep -q "Tessaline Graph: MetaFile was successfully created." "$scratch/err" || fail "no metafile message: $(cat "$scratch/err")"
+[ -s "$scratch/pictures/plot.jpg" ] || fail "no JPEG at JpegPath/JpegFile: $(ls -R "$scratch")"
+[ -s "$scratch/work/graph.emf" ] || fail "no graph.emf in the working folder: $(ls -R "$scratch")"
 # 4 by 3 inches at the resolution 700 clamped to 600: 2400 by 1800 pixels, baseline.
-size=$(python3 - "$home/pictures/plot.jpg" <<'PY'
+size=$(python3 - "$scratch/pictures/plot.jpg" <<'PY'
 import struct, sys
 b = open(sys.argv[1], 'rb').read()
 i = 2
@@ -55,12 +42,11 @@ PY
 )
 [ "$size" = "c0 2400x1800" ] || fail "JPEG frame: $size"
 # The clamped values are kept for the next session.
-grep -q '^JPEGResolution=600' "$home/config/Ostraval Software/Tessaline.conf" ||
-  fail "resolution not kept: $(cat "$home/config/Ostraval Software/Tessaline.conf")"
+grep -q '^JPEGResolution=600' "$conf" ||
+  fail "resolution not kept: $(cat "$conf")"
 # With nothing stored, the JPEG is graph.jpg in the working folder.
-printf '10 graph\n20 plot x = 1, y = 1\n30 graph jpeg\n' >"$home/first.bas"
-rm "$home/config/Ostraval Software/Tessaline.conf"
-printf '[Settings]\nWorkPath=%s/work\n' "$home" >"$home/config/Ostraval Software/Tessaline.conf"
-"$bin" --batch "$home/first.bas" </dev/null >/dev/null 2>&1 || fail "first.bas failed"
-[ -s "$home/work/graph.jpg" ] || fail "no graph.jpg in the working folder: $(ls -R "$home")"
+printf '10 graph\n20 plot x = 1, y = 1\n30 graph jpeg\n' >"$scratch/first.bas"
+write_settings "WorkPath=$scratch/work"
+"$bin" --batch "$scratch/first.bas" </dev/null >/dev/null 2>&1 || fail "first.bas failed"
+[ -s "$scratch/work/graph.jpg" ] || fail "no graph.jpg in the working folder: $(ls -R "$scratch")"
 echo "batch exports: all passed"

@@ -3,14 +3,7 @@
 # Usage: console_mode_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
-scratch=$(mktemp -d) || exit 1
-trap 'rm -rf "$scratch"' EXIT
-export HOME="$scratch/home"
-export XDG_CONFIG_HOME="$scratch/config"
-mkdir -p "$HOME" "$XDG_CONFIG_HOME"
-conf="$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
-
-fail() { echo "FAIL: $*"; exit 1; }
+. "$(dirname "$0")/lib.sh"
 
 # A plain start with no input: the loop ends at once and the settings are written.
 out=$("$bin" /c </dev/null 2>&1); rc=$?

@@ -5,20 +5,9 @@
 # Usage: file_kill_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
-scratch=$(mktemp -d) || exit 1
-pid=
-cleanup() {
-  [ -n "$pid" ] && kill -KILL "$pid" 2>/dev/null
-  rm -rf "$scratch"
-}
-trap cleanup EXIT
-export HOME="$scratch/home"
-export XDG_CONFIG_HOME="$scratch/config"
-export XDG_STATE_HOME="$scratch/state"
-mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/work"
-printf '[Settings]\nWorkPath=%s\n' "$scratch/work" >"$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
-
-fail() { echo "FAIL: $*"; exit 1; }
+. "$(dirname "$0")/lib.sh"
+mkdir -p "$scratch/work"
+write_settings "WorkPath=$scratch/work"
 
 # Each line is written in two pieces (the first continued with ";"), so a
 # kill can also fall between the pieces of a line.

@@ -6,18 +6,11 @@
 # Usage: file_size_limit_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
-scratch=$(mktemp -d) || exit 1
-trap 'rm -rf "$scratch"' EXIT
-export HOME="$scratch/home"
-export XDG_CONFIG_HOME="$scratch/config"
-export XDG_STATE_HOME="$scratch/state"
+. "$(dirname "$0")/lib.sh"
 export QT_QPA_PLATFORM=offscreen
-export XDG_RUNTIME_DIR="$scratch/runtime"
-mkdir -p -m 700 "$XDG_RUNTIME_DIR"
-mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/work"
-printf '[Settings]\nWorkPath=%s\n' "$scratch/work" >"$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
-
-fail() { echo "FAIL: $*"; exit 1; }
+private_runtime
+mkdir -p "$scratch/work"
+write_settings "WorkPath=$scratch/work"
 
 cat >"$scratch/work/big.bas" <<'BAS'
 open "o", 1, "big.txt"

@@ -4,16 +4,9 @@
 # Usage: held_files_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
-scratch=$(mktemp -d) || exit 1
-trap 'rm -rf "$scratch"' EXIT
-export HOME="$scratch/home"
-export XDG_CONFIG_HOME="$scratch/config"
-export XDG_STATE_HOME="$scratch/state"
-mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/logs"
-conf="$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
-
-fail() { echo "FAIL: $*"; exit 1; }
-use_log() { printf '[Settings]\nCreateLogFile=1\nLogFilePath=%s\nLogFileName=%s\nWorkPath=%s\n' "$1" "$2" "$scratch" >"$conf"; }
+. "$(dirname "$0")/lib.sh"
+mkdir -p "$scratch/logs"
+use_log() { write_settings CreateLogFile=1 "LogFilePath=$1" "LogFileName=$2" "WorkPath=$scratch"; }
 
 # A device that takes the open but fails every write, and a FIFO nobody
 # reads: refused at once, and the session runs without a log.

@@ -4,20 +4,8 @@
 # Usage: log_kill_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
-scratch=$(mktemp -d) || exit 1
-pid=
-cleanup() {
-  [ -n "$pid" ] && kill -KILL "$pid" 2>/dev/null
-  rm -rf "$scratch"
-}
-trap cleanup EXIT
-export HOME="$scratch/home"
-export XDG_CONFIG_HOME="$scratch/config"
-export XDG_STATE_HOME="$scratch/state"
-mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/logs"
-conf="$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
-
-fail() { echo "FAIL: $*"; exit 1; }
+. "$(dirname "$0")/lib.sh"
+mkdir -p "$scratch/logs"
 
 cat >"$scratch/count.bas" <<'BAS'
 i = 0
@@ -29,7 +17,7 @@ BAS
 
 for round in 1 2 3; do
   log="$scratch/logs/kill$round.log"
-  printf '[Settings]\nCreateLogFile=1\nLogFilePath=%s\nLogFileName=kill%s.log\n' "$scratch/logs" "$round" >"$conf"
+  write_settings CreateLogFile=1 "LogFilePath=$scratch/logs" "LogFileName=kill$round.log"
   shown="$scratch/shown$round"
   (cd "$scratch" && exec "$bin" /c count.bas </dev/null >"$shown" 2>&1) &
   pid=$!

@@ -6,14 +6,8 @@
 # Usage: memory_limit_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
-scratch=$(mktemp -d) || exit 1
-trap 'rm -rf "$scratch"' EXIT
-export HOME="$scratch/home"
-export XDG_CONFIG_HOME="$scratch/config"
-export XDG_DATA_HOME="$scratch/data"
-export XDG_STATE_HOME="$scratch/state"
+. "$(dirname "$0")/lib.sh"
 export QT_QPA_PLATFORM=offscreen
-mkdir -p "$HOME"
 
 fail() { echo "FAIL: $*"; cat "$scratch/out"; exit 1; }
 

@@ -4,12 +4,10 @@
 set -uo pipefail
 exe=$1
 dir=$2
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
+. "$(dirname "$0")/lib.sh"
 failed=0
 for program in "$dir"/*.bas; do
-  out=$(cd "$dir" && HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_STATE_HOME="$home/state" \
-        timeout 300 "$exe" /c "$program" </dev/null 2>&1)
+  out=$(cd "$dir" && timeout 300 "$exe" /c "$program" </dev/null 2>&1)
   status=$?
   if [ $status -ne 0 ] || grep -q "ERROR - " <<<"$out"; then
     echo "example $(basename "$program") failed (exit $status):"

@@ -13,27 +13,18 @@ exe=$1
 src=$(cd "$2" && pwd)
 name=$3
 
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
-work="$home/work"
-mkdir -p "$work" "$home/config/Ostraval Software"
+. "$(dirname "$0")/lib.sh"
+export QT_QPA_PLATFORM=offscreen
+work="$scratch/work"
+mkdir -p "$work"
 cp "$src/$name.bas" "$work/"
 for f in "$src"/data.*; do [ -e "$f" ] && cp "$f" "$work/"; done
-cat > "$home/config/Ostraval Software/Tessaline.conf" <<CONF
-[Settings]
-WorkPath=$work
-CONF
+write_settings "WorkPath=$work"
 
-input=/dev/null
-[ -f "$src/$name.in" ] && input="$src/$name.in"
+actual="$scratch/actual.out"
+run_in "$work" "$(input_of "$src/$name")" "$actual" "$exe" /c "$name.bas"
 
-actual="$home/actual.out"
-(cd "$work" && HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" \
-   XDG_STATE_HOME="$home/state" QT_QPA_PLATFORM=offscreen \
-   "$exe" /c "$name.bas" <"$input" >"$actual" 2>&1)
-echo "exit status $?" >>"$actual"
-
-listing="$home/actual.files"
+listing="$scratch/actual.files"
 (cd "$work" && for f in $(ls | sort); do
    case $f in "$name.bas"|data.*) continue ;; esac
    echo "== $f"; od -An -c "$f"

@@ -13,24 +13,13 @@ dir=$2
 name=$3
 mode=${4:-/c}
 
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
-mkdir -p "$home/config/Ostraval Software"
-mkdir -m 700 "$home/runtime"
-cat > "$home/config/Ostraval Software/Tessaline.conf" <<CONF
-[Settings]
-WorkPath=$dir
-CONF
+. "$(dirname "$0")/lib.sh"
+private_runtime
+export QT_QPA_PLATFORM=offscreen
+write_settings "WorkPath=$dir"
 
-input=/dev/null
-[ -f "$dir/$name.in" ] && input="$dir/$name.in"
-
-actual="$home/actual.out"
-(cd "$dir" && HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" \
-   XDG_STATE_HOME="$home/state" XDG_RUNTIME_DIR="$home/runtime" QT_QPA_PLATFORM=offscreen \
-   "$exe" "$mode" "$name.bas" <"$input" >"$actual" 2>&1)
-status=$?
-echo "exit status $status" >>"$actual"
+actual="$scratch/actual.out"
+run_in "$dir" "$(input_of "$dir/$name")" "$actual" "$exe" "$mode" "$name.bas"
 
 if [ "${TESSALINE_REGENERATE:-0}" = 1 ]; then
   cp "$actual" "$dir/$name.out"

@@ -6,22 +6,10 @@
 # Usage: termination_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
-scratch=$(mktemp -d) || exit 1
-pid=
-cleanup() {
-  [ -n "$pid" ] && kill -KILL "$pid" 2>/dev/null
-  rm -rf "$scratch"
-}
-trap cleanup EXIT
-export HOME="$scratch/home" XDG_CONFIG_HOME="$scratch/config" XDG_CACHE_HOME="$scratch/cache" XDG_STATE_HOME="$scratch/state"
-export XDG_RUNTIME_DIR="$scratch/runtime"
-mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/work"
-mkdir -m 700 "$XDG_RUNTIME_DIR"
-unset DISPLAY WAYLAND_DISPLAY
+. "$(dirname "$0")/lib.sh"
+no_display
 work=$scratch/work
-conf="$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf"
-
-fail() { echo "FAIL: $*"; exit 1; }
+mkdir -p "$work"
 
 cat >"$work/write.bas" <<'BAS'
 open "o", 1, "lines.txt"
@@ -35,8 +23,7 @@ BAS
 printf 'input "Name"; a$\nprint "never"\n' >"$work/ask.bas"
 
 fresh_settings() {
-  printf '[Settings]\nWorkPath=%s\nCreateLogFile=1\nLogFilePath=%s\nLogFileName=session.log\nRecentCommand0=print 1\n' \
-    "$work" "$work" >"$conf"
+  write_settings "WorkPath=$work" CreateLogFile=1 "LogFilePath=$work" LogFileName=session.log "RecentCommand0=print 1"
   rm -f "$work/lines.txt" "$work/session.log"
 }
 

@@ -6,23 +6,26 @@
 # Usage: xvfb_window_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
-fail() { echo "FAIL: $*"; exit 1; }
+. "$(dirname "$0")/lib.sh"
 command -v Xvfb >/dev/null && command -v xdotool >/dev/null || fail "xvfb and xdotool are needed (scripts/install-deps test)"
 
-scratch=$(mktemp -d) || exit 1
 xpid=""; wpid=""
 trap 'kill $wpid $xpid 2>/dev/null; wait 2>/dev/null; rm -rf "$scratch"' EXIT
-export HOME="$scratch/home" XDG_CONFIG_HOME="$scratch/config" XDG_CACHE_HOME="$scratch/cache" XDG_STATE_HOME="$scratch/state"
-export XDG_RUNTIME_DIR="$scratch/runtime"
-mkdir -p "$HOME" "$XDG_CONFIG_HOME/Ostraval Software" "$scratch/work"
-mkdir -m 700 "$XDG_RUNTIME_DIR"
-cat >"$XDG_CONFIG_HOME/Ostraval Software/Tessaline.conf" <<CONF
-[Settings]
-WorkPath=$scratch/work
-CreateLogFile=1
-LogFilePath=$scratch/work
-LogFileName=session.log
-CONF
+private_runtime
+mkdir -p "$scratch/work"
+write_settings "WorkPath=$scratch/work" CreateLogFile=1 "LogFilePath=$scratch/work" LogFileName=session.log
+
+# wait_for_window: sets $win to the main window once it shows, for up to ten
+# seconds or until the window program ($wpid) has ended.
+wait_for_window() {
+  win=""
+  for i in $(seq 1 100); do
+    win=$(xdotool search --onlyvisible --name 'Tessaline' 2>/dev/null | head -1)
+    [ -n "$win" ] && break
+    kill -0 $wpid 2>/dev/null || break
+    sleep 0.1
+  done
+}
 
 # Xvfb takes a free display itself and names it once it answers (choosing
 # one here races with other tests starting servers at the same moment).
@@ -44,13 +47,7 @@ unset QT_QPA_PLATFORM WAYLAND_DISPLAY
 for attempt in 1 2; do
   "$bin" >"$scratch/out" 2>&1 </dev/null &
   wpid=$!
-  win=""
-  for i in $(seq 1 100); do
-    win=$(xdotool search --onlyvisible --name 'Tessaline' 2>/dev/null | head -1)
-    [ -n "$win" ] && break
-    kill -0 $wpid 2>/dev/null || break
-    sleep 0.1
-  done
+  wait_for_window
   [ -n "$win" ] && break
   grep -q -e 'no display' -e 'could not connect to display' "$scratch/out" || break
   kill $wpid 2>/dev/null; wait $wpid 2>/dev/null
@@ -101,13 +98,7 @@ wpid=$!
 sleep 0.3
 Xvfb ":$d" -screen 0 800x600x24 -nolisten tcp >/dev/null 2>&1 &
 xpid=$!
-win=""
-for i in $(seq 1 100); do
-  win=$(xdotool search --onlyvisible --name 'Tessaline' 2>/dev/null | head -1)
-  [ -n "$win" ] && break
-  kill -0 $wpid 2>/dev/null || break
-  sleep 0.1
-done
+wait_for_window
 [ -n "$win" ] || fail "the window did not wait for the display: $(cat "$scratch/out")"
 kill -TERM $wpid
 wait $wpid; rc=$?
