@@ -379,12 +379,15 @@ int do_for() {
     // Initial value, limit and step, evaluated once.
     const std::uint32_t string_mark = temp_string_mark();
     double start = 0, limit = 0, step = 1;
-    std::int64_t start_ref = 0, limit_ref = 0, step_ref = 0;
+    std::int64_t start_ref = 0, limit_ref = 0, step_ref = 0, sum_ref = 0;
     if (is_long) {
         start_ref = new_temp_long();
         limit_ref = new_temp_long();
         step_ref = new_temp_long();
-        if (start_ref < 0 || limit_ref < 0 || step_ref < 0) return fail(-1);
+        // The sum of each step, kept for the whole loop: its digits are
+        // allocated once, not at every NEXT.
+        sum_ref = new_temp_long();
+        if (start_ref < 0 || limit_ref < 0 || step_ref < 0 || sum_ref < 0) return fail(-1);
     }
     auto value_of = [&](int err, double& d, std::int64_t ref) {
         const int column = scan_column();
@@ -520,7 +523,7 @@ int do_for() {
                     result = -1;
                     break;
                 }
-                LongNumber sum;
+                LongNumber& sum = long_at(static_cast<std::uint32_t>(sum_ref));
                 if (int r = long_add(*v, long_at(static_cast<std::uint32_t>(step_ref)), sum); r < 0) {
                     result = r;
                     break;
