@@ -62,6 +62,20 @@ constexpr auto delay_slice = std::chrono::milliseconds(10);
 
 bool console_front_end() { return host.front_end != nullptr && host.front_end->console_mode(); }
 
+/// The statement's one number parameter: 1 with `value` set when it is
+/// given and `in_range` takes it, 0 when the statement is passed over, else
+/// the negated error, reported at the number.
+template <typename InRange>
+int number_parameter(double& value, InRange in_range) {
+    const int column = scan_column();
+    const int rc = evaluate_number(value);
+    if (rc < 0) return rc;
+    if (rc == 0) return error_at_column(err_missing_parameter, column);
+    if (passing_over()) return 0;
+    if (!in_range(value)) return error_at_column(err_parameter_out_range, column);
+    return 1;
+}
+
 /// Text for the terminal only (bells, colours): not copied to the log.
 void terminal_write(std::string_view text) {
     if (host.front_end != nullptr) host.front_end->write(text);
@@ -200,12 +214,7 @@ int do_cls() {
 
 int do_color() {
     double value = 0;
-    const int column = scan_column();
-    const int rc = evaluate_number(value);
-    if (rc < 0) return rc;
-    if (rc == 0) return error_at_column(err_missing_parameter, column);
-    if (passing_over()) return 0;
-    if (!(value >= 0.0 && value < 256.0)) return error_at_column(err_parameter_out_range, column);
+    if (int rc = number_parameter(value, [](double v) { return v >= 0.0 && v < 256.0; }); rc <= 0) return rc;
     if (host.effects != nullptr) {
         host.effects->set_console_color(static_cast<int>(value));
     } else if (console_front_end() && isatty(STDOUT_FILENO)) {
@@ -217,12 +226,7 @@ int do_color() {
 
 int do_delay() {
     double seconds = 0;
-    const int column = scan_column();
-    const int rc = evaluate_number(seconds);
-    if (rc < 0) return rc;
-    if (rc == 0) return error_at_column(err_missing_parameter, column);
-    if (passing_over()) return 0;
-    if (!(seconds >= 0.0 && seconds <= 86400.0)) return error_at_column(err_parameter_out_range, column);
+    if (int rc = number_parameter(seconds, [](double v) { return v >= 0.0 && v <= 86400.0; }); rc <= 0) return rc;
     using clock = std::chrono::steady_clock;
     const auto until = clock::now() + std::chrono::duration_cast<clock::duration>(std::chrono::duration<double>(seconds));
     for (;;) {
@@ -286,12 +290,9 @@ int do_help() {
         return 0;
     }
     double value = 0;
-    const int column = scan_column();
-    const int rc = evaluate_number(value);
-    if (rc < 0) return rc;
-    if (rc == 0) return error_at_column(err_missing_parameter, column);
-    if (passing_over()) return 0;
-    if (!(value >= 1.0 && value < help_document_count + 1.0)) return error_at_column(err_parameter_out_range, column);
+    const int column = scan_column();  // where a failed start is reported
+    if (int rc = number_parameter(value, [](double v) { return v >= 1.0 && v < help_document_count + 1.0; }); rc <= 0)
+        return rc;
     const int number = static_cast<int>(value);
     char folder[4096];
     help_folder(folder);

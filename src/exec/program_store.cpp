@@ -291,9 +291,22 @@ void format_offset(std::uint32_t offset, char (&out)[16]) {
     }
 }
 
+namespace {
+
+/// One row of the tables below the listing: a statement number and three offsets.
+void print_offset_row(std::uint32_t number, std::uint32_t first, std::uint32_t second, std::uint32_t third) {
+    char a[16], b[16], c[16];
+    format_offset(first, a);
+    format_offset(second, b);
+    format_offset(third, c);
+    console_print("%10i   %s    %s         %s\n", static_cast<int>(number), a, b, c);
+}
+
+}  // namespace
+
 void list_program(std::uint32_t end) {
     if (areas.scan_only) return;
-    char a[16], b[16], c[16];
+    char a[16];
     std::uint32_t offset = 0;
     if (end > areas.program_length) end = areas.program_length;
     while (offset < end) {
@@ -311,18 +324,12 @@ void list_program(std::uint32_t end) {
     console_write("  stmt-num pgm-offset loop-offset loop-stmt-offset\n");
     for (std::uint32_t i = 0; i < areas.statement_number_count; ++i) {
         const StatementNumberEntry& e = areas.statement_numbers[i];
-        format_offset(e.program_offset, a);
-        format_offset(e.loop_offset, b);
-        format_offset(e.loop_statement_offset, c);
-        console_print("%10i   %s    %s         %s\n", static_cast<int>(e.number), a, b, c);
+        print_offset_row(e.number, e.program_offset, e.loop_offset, e.loop_statement_offset);
     }
     console_write("\n  stmt-num pgm-offset data-offset         data length\n");
     for (std::uint32_t i = 0; i < areas.data_statement_count; ++i) {
         const DataStatementEntry& e = areas.data_statements[i];
-        format_offset(e.program_offset, a);
-        format_offset(e.data_offset, b);
-        format_offset(e.data_length, c);
-        console_print("%10i   %s    %s         %s\n", static_cast<int>(e.number), a, b, c);
+        print_offset_row(e.number, e.program_offset, e.data_offset, e.data_length);
     }
 }
 
