@@ -231,7 +231,7 @@ int long_atn(const LongNumber& x, bool degrees, LongNumber& result) {
     long_set_precision(target);
     result.nrm = 0;
     long_normalise(result, normalise_round);
-    long_timer_report("ATN Calc. Time:", start);
+    long_timer_report("ATN Calc. Time: ", start);
     return 0;
 }
 
@@ -258,7 +258,7 @@ int long_acot(const LongNumber& x, bool degrees, LongNumber& result) {
     long_set_precision(target);
     result.nrm = 0;
     long_normalise(result, normalise_round);
-    long_timer_report("ATN Calc. Time:", start);
+    long_timer_report("ATN Calc. Time: ", start);
     return 0;
 }
 

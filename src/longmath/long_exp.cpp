@@ -102,7 +102,7 @@ int exp_driver(const LongNumber& x, bool ten, LongNumber& result) {
     long_set_precision(target);
     result.nrm = 0;
     long_normalise(result, normalise_round);
-    long_timer_report("EXP Calc. Time:", start);
+    long_timer_report("EXP Calc. Time: ", start);
     return 0;
 }
 

@@ -227,7 +227,7 @@ int long_log(const LongNumber& x, LongNumber& result) {
     if (rc < 0) return rc;
     const auto start = long_timer_start();
     rc = natural_log(x, result);
-    if (rc == 0) long_timer_report("LOG Calc. Time:", start);
+    if (rc == 0) long_timer_report("LOG Calc. Time: ", start);
     return rc;
 }
 
@@ -238,7 +238,7 @@ int long_log10(const LongNumber& x, LongNumber& result) {
     if (x.blocks[0] == 10000000u && x.blks == 1) {
         // A power of ten: its exponent, exactly.
         long_set_int(result, static_cast<std::int64_t>(x.exp) - 1);
-        long_timer_report("LOG Calc. Time:", start);
+        long_timer_report("LOG Calc. Time: ", start);
         return 0;
     }
     const LongPrecisionGuard guard;
@@ -254,7 +254,7 @@ int long_log10(const LongNumber& x, LongNumber& result) {
     long_set_precision(target);
     result.nrm = 0;
     long_normalise(result, normalise_round);
-    long_timer_report("LOG Calc. Time:", start);
+    long_timer_report("LOG Calc. Time: ", start);
     return 0;
 }
 

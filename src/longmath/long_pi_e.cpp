@@ -197,7 +197,7 @@ int long_pi(LongNumber& result) {
     if (r < 0) return r;
     const auto start = long_timer_start();
     const int rc = cached_pi(result);
-    if (rc == 0) long_timer_report("PI Calc. Time:", start);
+    if (rc == 0) long_timer_report("PI Calc. Time: ", start);
     return rc;
 }
 
@@ -206,7 +206,7 @@ int long_e(LongNumber& result) {
     if (r < 0) return r;
     const auto start = long_timer_start();
     const int rc = cached_e(result);
-    if (rc == 0) long_timer_report("E  Calc. Time:", start);
+    if (rc == 0) long_timer_report("E  Calc. Time: ", start);
     return rc;
 }
 

@@ -291,7 +291,7 @@ int long_sin_cos(const LongNumber& x, bool degrees, int guard, LongNumber* s_out
         c_out->nrm = 0;
         long_normalise(*c_out, normalise_round);
     }
-    long_timer_report("SIN Calc. Time:", start);
+    long_timer_report("SIN Calc. Time: ", start);
     return 0;
 }
 

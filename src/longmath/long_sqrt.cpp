@@ -200,7 +200,7 @@ int long_sqrt(const LongNumber& x, LongNumber& result) {
     long_set_precision(target);
     result.nrm = 0;
     long_normalise(result, normalise_cut);
-    long_timer_report("SQR Calc. Time:", start);
+    long_timer_report("SQR Calc. Time: ", start);
     return 0;
 }
 

@@ -133,6 +133,36 @@ TEST_F(LongStatements, BuiltinsAndTheLongStatementPrintOneTimingLine) {
     EXPECT_EQ(label_of("long f$, factorial, 30", "Factorial"), "Factorial Calc. Time:     ");
 }
 
+// Every timed operation prints its line in one format: the label, a blank,
+// then the time in a field of 8.
+TEST_F(LongStatements, EveryTimingLineHasOneFormat) {
+    for (const char* op : {"atn", "sqr", "longpi", "longe", "sin", "exp", "log", "root", "power", "mult", "div",
+                           "factorial", "mod", "half"}) {
+        ASSERT_EQ(run_command_line((std::string("debug timer ") + op).c_str()), 0);
+    }
+    fe.take();
+    for (const char* line : {"long a$, atn, 0.5", "long a$, sqr, 2", "long a$, longpi", "long a$, longe",
+                             "long a$, sin, 1", "long a$, exp, 2", "long a$, log, 2", "long a$, root, 2, 3",
+                             "long a$, power, 2, 1.5", "long a$, mod, 7, 3", "long a$, half, 3",
+                             "long a$, factorial, 20", "x = sqr(long(2)) + half(long(3)) + root(long(5), 3)",
+                             "x = long(2) ^ long(1.5) + sin(long(1)) + exp(long(1)) + log(long(3)) + atn(long(2))"}) {
+        ASSERT_EQ(run_command_line(line), 0) << line << fe.output;
+    }
+    const std::string out = fe.take();
+    int lines = 0;
+    for (std::size_t at = out.find("Calc. Time:"); at != std::string::npos; at = out.find("Calc. Time:", at + 1)) {
+        const std::size_t end = out.find('\n', at);
+        const std::string tail = out.substr(at + 11, end - at - 11);  // after "Calc. Time:"
+        const std::size_t begin = out.rfind('\n', at) + 1;
+        const std::string label = out.substr(begin, at - begin);
+        if (label.rfind("Div       ", 0) == 0 || label.rfind("LN stage", 0) == 0) continue;  // the debug display's
+        EXPECT_EQ(tail.size(), 1u + 1u + 8u + 4u) << "'" << out.substr(begin, end - begin) << "'";
+        EXPECT_EQ(tail.substr(tail.size() - 4), " ms.") << tail;
+        ++lines;
+    }
+    EXPECT_GE(lines, 20);
+}
+
 // Under DEBUG long every function shows the intermediate values it names.
 TEST_F(LongStatements, TheFunctionsShowTheirNamedDumps) {
     auto labels_of = [&](const char* line) {
