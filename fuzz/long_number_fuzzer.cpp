@@ -23,7 +23,7 @@
 namespace {
 
 using tl::LongNumber;
-using tl::fuzz::Rational;
+using tl::exact::Rational;
 
 /// Longest text and largest integer taken (the operations are quadratic).
 constexpr std::size_t max_text = 4000;
@@ -63,7 +63,7 @@ bool parse(std::string_view text, LongNumber& n, Rational& value, bool& known) {
     const std::string_view until_nul = text.substr(0, text.find('\0'));
     Rational exact;
     bool huge = false;
-    const bool valid = tl::fuzz::decimal_value(until_nul, exact, huge);
+    const bool valid = tl::exact::decimal_value(until_nul, exact, huge);
     const int rc = tl::long_from_text(text, n, false);
     if (rc < 0) {
         // The reference refuses exponents beyond the limit as well.
@@ -78,7 +78,7 @@ bool parse(std::string_view text, LongNumber& n, Rational& value, bool& known) {
         if (mode.integer_mode && n.exp > max_integer_digits) return false;
         return true;
     }
-    const Rational got = tl::fuzz::value_of(n);
+    const Rational got = tl::exact::value_of(n);
     if (mode.integer_mode) {
         const Rational whole = trunc_int(exact);
         // A dropped digit of 5 or more stays as one fraction digit when rounding.
@@ -168,7 +168,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         LongNumber back;
         check(tl::long_from_text(std::string_view(buffer.data(), static_cast<std::size_t>(length)), back, false) == 0,
               "text of a number does not read back", ta, tb);
-        check(tl::fuzz::value_of(back) == tl::fuzz::value_of(a), "text of a number reads back differently", ta,
+        check(tl::exact::value_of(back) == tl::exact::value_of(a), "text of a number reads back differently", ta,
               std::string_view(buffer.data(), static_cast<std::size_t>(length)));
     }
 
@@ -179,7 +179,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         tl::long_normalise(r, tl::normalise_round);
         if (integers) {
             const Rational b_signed = subtract ? Rational() - bv : bv;
-            check(tl::fuzz::value_of(r) == expected_sum(a, b, av, b_signed), subtract ? "subtract" : "add", ta, tb);
+            check(tl::exact::value_of(r) == expected_sum(a, b, av, b_signed), subtract ? "subtract" : "add", ta, tb);
         }
     }
 
@@ -188,7 +188,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         LongNumber r;
         check(tl::long_multiply(a, b, r) == 0, "multiply failed", ta, tb);
         const Rational exact = av * bv;
-        const Rational got = tl::fuzz::value_of(r);
+        const Rational got = tl::exact::value_of(r);
         if (mode.integer_mode) {
             if (integers) check(got == exact, "integer product", ta, tb);
         } else if (!moderate) {
@@ -200,7 +200,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             // lies within two units of its last digit (runs of nines reach
             // beyond one).
             const long e = std::max(decimal_magnitude(exact), got.sign() != 0 ? decimal_magnitude(got) : 0L);
-            check((got - exact).abs() < tl::fuzz::pow10q(e - p) * Rational::from_long(2), "product beyond two units",
+            check((got - exact).abs() < tl::exact::pow10q(e - p) * Rational::from_long(2), "product beyond two units",
                   ta, tb);
         }
     }
@@ -222,12 +222,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             check(rc < 0, "division by zero accepted", ta, tb);
         } else {
             check(rc == 0, "divide failed", ta, tb);
-            const Rational got = tl::fuzz::value_of(q);
+            const Rational got = tl::exact::value_of(q);
             if (mode.integer_mode) {
                 if (integers) {
                     const Rational quotient = trunc_int(av / bv);
                     check(got == quotient, "integer quotient", ta, tb);
-                    check(tl::fuzz::value_of(tl::long_state.remainder) == av - quotient * bv, "remainder", ta, tb);
+                    check(tl::exact::value_of(tl::long_state.remainder) == av - quotient * bv, "remainder", ta, tb);
                 }
             } else if (moderate) {
                 check(got == round_sig(av / bv, p, mode.rounding), "quotient", ta, tb);

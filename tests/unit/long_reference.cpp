@@ -6,97 +6,13 @@
 #include <vector>
 
 namespace tl::test {
-namespace {
-
-struct Integer {
-    mpz_t z;
-    Integer() { mpz_init(z); }
-    ~Integer() { mpz_clear(z); }
-    Integer(const Integer&) = delete;
-    Integer& operator=(const Integer&) = delete;
-};
-
-Rational from_integer(const Integer& i) {
-    Rational r;
-    mpq_set_z(r.get(), i.z);
-    return r;
-}
-
-}  // namespace
-
-long decimal_magnitude(const Rational& x) {
-    const Rational a = x.abs();
-    long e = static_cast<long>(mpz_sizeinbase(mpq_numref(a.get()), 10)) -
-             static_cast<long>(mpz_sizeinbase(mpq_denref(a.get()), 10));
-    while (pow10q(e) <= a) ++e;
-    while (a < pow10q(e - 1)) --e;
-    return e;
-}
-
-Rational trunc_to(const Rational& x, long unit_exp) { return trunc_int(x * pow10q(-unit_exp)) * pow10q(unit_exp); }
-
-Rational pow10q(long k) {
-    Integer p;
-    mpz_ui_pow_ui(p.z, 10, static_cast<unsigned long>(k < 0 ? -k : k));
-    Rational r = from_integer(p);
-    if (k < 0) mpq_inv(r.get(), r.get());
-    return r;
-}
-
-Rational value_of(const LongNumber& n) {
-    Integer m;
-    for (int i = 0; i < n.blks; ++i) {
-        mpz_mul_ui(m.z, m.z, 100000000u);
-        mpz_add_ui(m.z, m.z, n.blocks[static_cast<std::size_t>(i)]);
-    }
-    if (n.sgn == -1) mpz_neg(m.z, m.z);
-    return from_integer(m) * pow10q(static_cast<long>(n.exp) - 8L * n.blks);
-}
 
 Rational decimal_value(const std::string& text) {
-    std::size_t i = 0;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
-    std::string digits;
-    long fraction = 0;
-    bool point = false;
-    for (; i < text.size() && text[i] != 'e' && text[i] != 'E'; ++i) {
-        if (text[i] == '.') {
-            point = true;
-        } else {
-            digits += text[i];
-            if (point) ++fraction;
-        }
-    }
-    long exponent = 0;
-    if (i < text.size()) exponent = std::stol(text.substr(i + 1));
-    Integer m;
-    if (!digits.empty()) mpz_set_str(m.z, digits.c_str(), 10);
-    if (negative) mpz_neg(m.z, m.z);
-    return from_integer(m) * pow10q(exponent - fraction);
-}
-
-Rational trunc_int(const Rational& x) {
-    Integer q;
-    mpz_tdiv_q(q.z, mpq_numref(x.get()), mpq_denref(x.get()));
-    return from_integer(q);
-}
-
-Rational round_sig(const Rational& x, int digits, bool round, bool half_even) {
-    if (x.sign() == 0) return x;
-    const long e = decimal_magnitude(x);
-    const Rational scaled = x.abs() * pow10q(digits - e);
-    Integer n;
-    Integer rest;
-    mpz_fdiv_qr(n.z, rest.z, mpq_numref(scaled.get()), mpq_denref(scaled.get()));
-    if (round) {
-        // Compare twice the remainder with the denominator.
-        mpz_mul_2exp(rest.z, rest.z, 1);
-        const int c = mpz_cmp(rest.z, mpq_denref(scaled.get()));
-        if (c > 0 || (c == 0 && (!half_even || mpz_odd_p(n.z)))) mpz_add_ui(n.z, n.z, 1);
-    }
-    if (x.sign() < 0) mpz_neg(n.z, n.z);
-    return from_integer(n) * pow10q(e - digits);
+    Rational value;
+    bool huge = false;
+    const bool read = exact::decimal_value(text, value, huge, 1000000);
+    EXPECT_TRUE(read && !huge) << "not a number text: " << text;
+    return value;
 }
 
 std::string text_of(const LongNumber& n) {

@@ -1,29 +1,28 @@
-// exact_values.h — exact rational values (GMP) to check long-number results against.
+// exact_values.h — exact rational values (GMP) to check long-number results
+// against; shared by the unit tests and the long-number fuzzer.
 #pragma once
 
 #include <gmp.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "longmath/long_number.h"
 
-namespace tl::fuzz {
+namespace tl::exact {
 
 class Rational {
 public:
     Rational() { mpq_init(q_); }
+    Rational(long n) : Rational() { mpq_set_si(q_, n, 1); }
     Rational(const Rational& o) : Rational() { mpq_set(q_, o.q_); }
     Rational& operator=(const Rational& o) {
         mpq_set(q_, o.q_);
         return *this;
     }
     ~Rational() { mpq_clear(q_); }
-    static Rational from_long(long n) {
-        Rational r;
-        mpq_set_si(r.q_, n, 1);
-        return r;
-    }
+    static Rational from_long(long n) { return Rational(n); }
     static Rational from_integer(mpz_srcptr z) {
         Rational r;
         mpq_set_z(r.q_, z);
@@ -46,6 +45,14 @@ public:
         Rational r;
         mpq_abs(r.q_, q_);
         return r;
+    }
+    std::string str() const {
+        char* s = mpq_get_str(nullptr, 10, q_);
+        std::string out(s);
+        void (*free_fn)(void*, std::size_t);
+        mp_get_memory_functions(nullptr, nullptr, &free_fn);
+        free_fn(s, out.size() + 1);
+        return out;
     }
 
 private:
@@ -98,8 +105,9 @@ inline Rational trunc_to(const Rational& x, long unit_exp) {
     return trunc_int(x * pow10q(-unit_exp)) * pow10q(unit_exp);
 }
 
-/// `x` to `digits` significant digits: halves away from zero, or truncated.
-inline Rational round_sig(const Rational& x, int digits, bool round) {
+/// `x` to `digits` significant digits: halves away from zero when `round`
+/// (ties to even with `half_even`), else truncated toward zero.
+inline Rational round_sig(const Rational& x, int digits, bool round, bool half_even = false) {
     if (x.sign() == 0) return x;
     const long e = decimal_magnitude(x);
     const Rational scaled = x.abs() * pow10q(digits - e);
@@ -107,14 +115,16 @@ inline Rational round_sig(const Rational& x, int digits, bool round) {
     Integer rest;
     mpz_fdiv_qr(n.z, rest.z, mpq_numref(scaled.get()), mpq_denref(scaled.get()));
     if (round) {
+        // Compare twice the remainder with the denominator.
         mpz_mul_2exp(rest.z, rest.z, 1);
-        if (mpz_cmp(rest.z, mpq_denref(scaled.get())) >= 0) mpz_add_ui(n.z, n.z, 1);
+        const int c = mpz_cmp(rest.z, mpq_denref(scaled.get()));
+        if (c > 0 || (c == 0 && (!half_even || mpz_odd_p(n.z)))) mpz_add_ui(n.z, n.z, 1);
     }
     if (x.sign() < 0) mpz_neg(n.z, n.z);
     return Rational::from_integer(n.z) * pow10q(e - digits);
 }
 
-/// The exact value a long-number record holds.
+/// The exact value a long-number record holds (blocks, len ignored).
 inline Rational value_of(const LongNumber& n) {
     Integer m;
     for (int i = 0; i < n.blks; ++i) {
@@ -169,4 +179,4 @@ inline bool decimal_value(std::string_view text, Rational& out, bool& huge, long
     return true;
 }
 
-}  // namespace tl::fuzz
+}  // namespace tl::exact
