@@ -25,6 +25,9 @@ struct ShellState {
     /// SIGHUP, SIGTERM or SIGQUIT once one asked the session to end (set by
     /// its handler), else 0.
     volatile std::sig_atomic_t termination_signal = 0;
+    /// Where the handler of those signals also writes a byte (a pipe that
+    /// the window's event loop watches), or -1.
+    volatile std::sig_atomic_t termination_wake_fd = -1;
     /// The terminal as standard input was at start-up (a duplicate, or -1)
     /// and its settings then, given back when a signal ends the session.
     int terminal_fd = -1;

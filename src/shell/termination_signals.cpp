@@ -18,14 +18,12 @@ namespace {
 
 constexpr int handled_signals[] = {SIGHUP, SIGTERM, SIGQUIT};
 
-volatile std::sig_atomic_t wake_fd = -1;
-
 // Only async-signal-safe calls here: open, dup2, close and write.
 void on_termination(int signal) {
     const int saved_errno = errno;
     if (shell_state.termination_signal == 0) shell_state.termination_signal = signal;
     host.flags.interrupt_requested.store(true);
-    if (const int fd = wake_fd; fd >= 0) {
+    if (const int fd = shell_state.termination_wake_fd; fd >= 0) {
         const char byte = 1;
         (void)!::write(fd, &byte, 1);
     }
@@ -66,7 +64,7 @@ void ignore_file_size_signal() {
     sigaction(SIGXFSZ, &action, nullptr);
 }
 
-void set_termination_wake_fd(int fd) { wake_fd = fd; }
+void set_termination_wake_fd(int fd) { shell_state.termination_wake_fd = fd; }
 
 int termination_signal() { return shell_state.termination_signal; }
 
