@@ -271,8 +271,12 @@ int long_root(const LongNumber& x, const LongNumber& n, LongNumber& result) {
         return 0;
     }
     long_set_int(one, 1);
-    // |ln x / n| estimated: the digits of 1/n and of ln x it costs.
-    const double magnitude = std::fabs(decimal_log(base) / to_double_or_zero(n)) * 2.302585093;
+    // |log10 x / n| estimated, the size of the result: too large is refused
+    // here (an n too small for a double gives infinity). The digits of 1/n
+    // and of ln x it costs are added.
+    const double decimal_magnitude = std::fabs(decimal_log(base) / to_double_or_zero(n));
+    if (!(decimal_magnitude <= max_power_exponent)) return power_error();
+    const double magnitude = decimal_magnitude * 2.302585093;
     bool decided = false;
     rc = long_round_from_guard_digits(
         target, digits_lost_to(magnitude),

@@ -543,6 +543,10 @@ TEST_F(LongFunctionsTest, PowerRootAndHalf) {
     EXPECT_EQ(long_power(make_long("10"), make_long("1e8"), r), -err_power_root_error_result);
     EXPECT_EQ(long_root(make_long("-16"), make_long("4"), r), -err_power_root_error_result);
     EXPECT_EQ(long_root(make_long("16"), make_long("0"), r), -err_power_root_error_result);
+    // A root of a degree too small: its result would be too large (the
+    // degree is 0 as a double).
+    EXPECT_EQ(long_root(make_long("2"), make_long("1e-400"), r), -err_power_root_error_result);
+    EXPECT_EQ(long_root(make_long("2"), make_long("1e-8"), r), -err_power_root_error_result);
     EXPECT_NE(fe.take().find("Power or root - error result."), std::string::npos);
     ASSERT_EQ(long_half(make_long("-12345678901234567.000000001"), r), 0);
     EXPECT_EQ(text_of(r), "-6172839450617283.5000000005");
