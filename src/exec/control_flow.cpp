@@ -100,9 +100,7 @@ bool match_keyword(int slot) {
         if (c != name[i]) return false;
     }
     const char after = p + n < lang.scan.end ? p[n] : 0;
-    if ((after >= 'a' && after <= 'z') || (after >= 'A' && after <= 'Z') || (after >= '0' && after <= '9') ||
-        after == '_' || after == '$')
-        return false;
+    if (is_name_char(after)) return false;
     lang.scan.position += n;
     return true;
 }
@@ -115,8 +113,7 @@ int peek_keyword() {
     std::size_t n = 0;
     while (p + n < lang.scan.end && n < sizeof word - 1) {
         const char c = p[n];
-        if (!((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$'))
-            break;
+        if (!is_name_char(c)) break;
         word[n] = c;
         ++n;
     }

@@ -31,12 +31,9 @@ namespace {
 
 /// The letters at the scan position; `column` is where they start.
 std::string_view read_word(int& column) {
-    skip_blanks();
+    const std::string_view word = peek_word();
     column = scan_column();
-    const char* p = lang.scan.position;
-    while (p < lang.scan.end && ((*p >= 'a' && *p <= 'z') || (*p >= 'A' && *p <= 'Z'))) ++p;
-    const std::string_view word(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
-    lang.scan.position = p;
+    lang.scan.position += word.size();
     return word;
 }
 

@@ -49,22 +49,6 @@ bool equals_word(std::string_view word, const char* lower) {
     return true;
 }
 
-/// The letters at the scan position (not consumed).
-std::string_view peek_word() {
-    skip_blanks();
-    const char* p = lang.scan.position;
-    while (p < lang.scan.end && ((*p >= 'a' && *p <= 'z') || (*p >= 'A' && *p <= 'Z'))) ++p;
-    return {lang.scan.position, static_cast<std::size_t>(p - lang.scan.position)};
-}
-
-/// The name characters at the scan position (not consumed).
-std::string_view peek_name() {
-    skip_blanks();
-    const char* p = lang.scan.position;
-    while (p < lang.scan.end && is_name_char(*p)) ++p;
-    return {lang.scan.position, static_cast<std::size_t>(p - lang.scan.position)};
-}
-
 bool next_is(char c) {
     skip_blanks();
     return lang.scan.position < lang.scan.end && *lang.scan.position == c;

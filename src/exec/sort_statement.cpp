@@ -58,10 +58,6 @@ constexpr const char* sort_parameter_names[sort_parameter_count] = {"count",    
 
 bool takes_value(int p) { return p <= sort_keycol3; }
 
-bool is_name_char(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$';
-}
-
 /// Everything the statement text says, before the array is touched.
 struct SortRequest {
     ArrayEntry* array = nullptr;
@@ -122,17 +118,14 @@ int parse_parameters(SortRequest& rq) {
     while (!at_statement_end()) {
         if (*lang.scan.position != ',') return error_at_column(err_invalid_sort_parameter, scan_column());
         ++lang.scan.position;
-        skip_blanks();
+        const std::string_view word = peek_name();
         const int column = scan_column();
-        const char* p = lang.scan.position;
-        while (p < lang.scan.end && is_name_char(*p)) ++p;
-        const std::string_view word(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
         int which = -1;
         for (int i = 0; i < sort_parameter_count; ++i) {
             if (names_equal(word, sort_parameter_names[i])) which = i;
         }
         if (which < 0) return error_at_column(err_invalid_sort_parameter, column);
-        lang.scan.position = p;
+        lang.scan.position += word.size();
         rq.given[which] = true;
         rq.column[which] = column;
         if (!takes_value(which)) continue;
@@ -345,13 +338,10 @@ int sort_rows(const SortRequest& rq) {
 
 int do_sort() {
     SortRequest rq;
-    skip_blanks();
+    const std::string_view name = peek_name();
     const int name_column = scan_column();
     rq.name_column = name_column;
-    const char* p = lang.scan.position;
-    while (p < lang.scan.end && is_name_char(*p)) ++p;
-    const std::string_view name(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
-    lang.scan.position = p;
+    lang.scan.position += name.size();
     const bool passing = passing_over();
     if (!passing) {
         rq.array = name.empty() ? nullptr : find_array_exact(name);

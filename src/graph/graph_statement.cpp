@@ -368,30 +368,25 @@ void list_graph_parameters() {
         console_write(head);
         console_write(log != 0 ? "Log\n" : datetime != 0 ? "DateTime\n" : "Linear\n");
     };
-    const auto scale_line = [](const char* format, double scale, double calculated) {
-        console_print(format, scale);
-        if (scale == 0.0) {
+    // A value of 0 is chosen automatically: the value in use follows on a line of its own.
+    const auto automatic_line = [](const char* format, double value, const char* calculated_format,
+                                   double calculated) {
+        console_print(format, value);
+        if (value == 0.0) {
             console_write("(automatic)\n");
-            console_print("              %10.6g data units/in. (calculated).\n", calculated);
+            console_print(calculated_format, calculated);
         } else {
             console_write("\n");
         }
     };
+    const char* const scale_calculated = "              %10.6g data units/in. (calculated).\n";
+    const char* const offset_calculated = "                %10.6g data units (calculated).\n";
     type_line("   HScaleType   =      ", s.hlog, s.hdatetime);
-    scale_line("   HScale       = %10.6g data units/in. ", s.hscale, s.hscale_calculated);
+    automatic_line("   HScale       = %10.6g data units/in. ", s.hscale, scale_calculated, s.hscale_calculated);
     type_line("   VScaleType   =      ", s.vlog, s.vdatetime);
-    scale_line("   VScale       = %10.6g data units/in. ", s.vscale, s.vscale_calculated);
-    const auto offset_line = [](const char* format, double offset, double calculated) {
-        console_print(format, offset);
-        if (offset == 0.0) {
-            console_write("(automatic)\n");
-            console_print("                %10.6g data units (calculated).\n", calculated);
-        } else {
-            console_write("\n");
-        }
-    };
-    offset_line("   HOffset      = %10.6g data units ", s.hoffset, s.hoffset_calculated);
-    offset_line("   VOffset      = %10.6g data units ", s.voffset, s.voffset_calculated);
+    automatic_line("   VScale       = %10.6g data units/in. ", s.vscale, scale_calculated, s.vscale_calculated);
+    automatic_line("   HOffset      = %10.6g data units ", s.hoffset, offset_calculated, s.hoffset_calculated);
+    automatic_line("   VOffset      = %10.6g data units ", s.voffset, offset_calculated, s.voffset_calculated);
     console_print("   HMargin      = %10.6g in. %s\n", s.hmargin, s.hmargin < 0 ? "(centered)" : "");
     console_print("   VMargin      = %10.6g in. %s\n", s.vmargin, s.vmargin < 0 ? "(centered)" : "");
     console_print("   AxisWeight   = %9.6g points.\n", s.axisweight);

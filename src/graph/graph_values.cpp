@@ -24,12 +24,9 @@ namespace {
 
 /// The name characters at the scan position, consumed.
 std::string_view take_name(int& column) {
-    skip_blanks();
+    const std::string_view name = peek_name();
     column = scan_column();
-    const char* p = lang.scan.position;
-    while (p < lang.scan.end && is_name_char(*p)) ++p;
-    const std::string_view name(lang.scan.position, static_cast<std::size_t>(p - lang.scan.position));
-    lang.scan.position = p;
+    lang.scan.position += name.size();
     return name;
 }
 

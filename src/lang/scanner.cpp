@@ -236,6 +236,20 @@ bool known_number_text(const char* text, double& value) {
 
 int scan_column() { return static_cast<int>(lang.scan.position - lang.scan.start); }
 
+std::string_view peek_word() {
+    skip_blanks();
+    const char* p = lang.scan.position;
+    while (p < lang.scan.end && ((*p >= 'a' && *p <= 'z') || (*p >= 'A' && *p <= 'Z'))) ++p;
+    return {lang.scan.position, static_cast<std::size_t>(p - lang.scan.position)};
+}
+
+std::string_view peek_name() {
+    skip_blanks();
+    const char* p = lang.scan.position;
+    while (p < lang.scan.end && is_name_char(*p)) ++p;
+    return {lang.scan.position, static_cast<std::size_t>(p - lang.scan.position)};
+}
+
 const char* scan_name_text() {
     ScanState& s = lang.scan;
     if (s.name_element != nullptr) {

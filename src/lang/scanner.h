@@ -69,6 +69,10 @@ void skip_blanks();
 [[nodiscard]] char peek_nonblank();
 /// Column of the scan position relative to the statement start.
 [[nodiscard]] int scan_column();
+/// After blanks, the letters at the scan position (not consumed).
+[[nodiscard]] std::string_view peek_word();
+/// After blanks, the name characters at the scan position (not consumed).
+[[nodiscard]] std::string_view peek_name();
 
 /// The character that "\\" followed by `c` stands for in a string constant:
 /// r and n the line-end characters, + and - the console's character-set
