@@ -369,8 +369,7 @@ void list_graph_parameters() {
         console_write(log != 0 ? "Log\n" : datetime != 0 ? "DateTime\n" : "Linear\n");
     };
     // A value of 0 is chosen automatically: the value in use follows on a line of its own.
-    const auto automatic_line = [](const char* format, double value, const char* calculated_format,
-                                   double calculated) {
+    const auto automatic_line = [](const char* format, double value, const char* calculated_format, double calculated) {
         console_print(format, value);
         if (value == 0.0) {
             console_write("(automatic)\n");
