@@ -794,21 +794,23 @@ int do_on() {
 
 // ---- BREAK, CONTINUE, END, STOP, CONT ----------------------------------
 
-int do_break() {
-    if (!exec.block.inside_for && !exec.block.inside_while) return error_at(err_break_inside_loop, 0);
+namespace {
+
+/// BREAK and CONTINUE: only inside a loop; the rest of the body is passed
+/// over with `pending` set for the loop's end to act on.
+int leave_loop_body(bool& pending, int outside_loop_error) {
+    if (!exec.block.inside_for && !exec.block.inside_while) return error_at(outside_loop_error, 0);
     if (exec.skip) return 0;
-    exec.break_pending = true;
+    pending = true;
     exec.skip = true;
     return 0;
 }
 
-int do_continue() {
-    if (!exec.block.inside_for && !exec.block.inside_while) return error_at(err_continue_inside_loop, 0);
-    if (exec.skip) return 0;
-    exec.continue_pending = true;
-    exec.skip = true;
-    return 0;
-}
+}  // namespace
+
+int do_break() { return leave_loop_body(exec.break_pending, err_break_inside_loop); }
+
+int do_continue() { return leave_loop_body(exec.continue_pending, err_continue_inside_loop); }
 
 int do_end() {
     if (exec.skip) return 0;

@@ -94,6 +94,11 @@ int evaluate_number(double& out, int mode) {
     const int column = scan_column();
     const int kind = evaluate_expression(mode);
     if (kind <= 0) return kind;
+    if (const int rc = evaluated_double(kind, column, out); rc != 0) return rc;
+    return error_at_column(err_invalid_type_expecting_number, column);
+}
+
+int evaluated_double(int kind, int column, double& out) {
     switch (kind) {
         case kind_double: out = lang.scan.result; return 1;
         case kind_numeric_text: out = std::strtod(lang.scan.buffer, nullptr); return 1;
@@ -102,7 +107,7 @@ int evaluate_number(double& out, int mode) {
             const int rc = long_to_double(long_state.work, out, true);
             return rc < 0 ? rc : 1;
         }
-        default: return error_at_column(err_invalid_type_expecting_number, column);
+        default: return 0;
     }
 }
 

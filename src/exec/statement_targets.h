@@ -34,6 +34,11 @@ struct VariableTarget {
 /// 0 when there is no expression, or a negated error (144 for a string).
 [[nodiscard]] int evaluate_number(double& out, int mode = 0);
 
+/// The value an evaluation of kind `kind` left, as a double in `out`: 1 for
+/// a number, 0 when `kind` is no number, or the negated error of a long
+/// number beyond the double range (reported at `column`).
+[[nodiscard]] int evaluated_double(int kind, int column, double& out);
+
 /// True when `text` (blanks around it allowed) is a decimal number in the
 /// language's form: sign, digits with at most one point, optional exponent.
 /// An empty text counts as a number (zero).

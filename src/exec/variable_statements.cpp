@@ -149,16 +149,9 @@ int mid_parameter(double& out, bool& more) {
     if (kind == 0) return error_at_column(err_mids_not_enough_parameters, column);
     more = lang.scan.terminator == ',';
     if (lang.scan.terminator == ';') return error_at_column(err_missing_comma, column);
-    switch (kind) {
-        case kind_double: out = lang.scan.result; return 0;
-        case kind_numeric_text: out = std::strtod(lang.scan.buffer, nullptr); return 0;
-        case kind_long: {
-            lang.reporter.error_column = column;
-            const int rc = long_to_double(long_state.work, out, true);
-            return rc < 0 ? rc : 0;
-        }
-        default: return error_at_column(err_mids_2nd_3rd_parms_numbers, column);
-    }
+    const int rc = evaluated_double(kind, column, out);
+    if (rc < 0) return rc;
+    return rc == 0 ? error_at_column(err_mids_2nd_3rd_parms_numbers, column) : 0;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "exec/commands.h"
 #include "exec/exec_state.h"
 #include "exec/memory_areas.h"
+#include "exec/statement_targets.h"
 #include "exec/statements.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
@@ -88,16 +89,9 @@ int read_graph_number(double& out, int invalid_error) {
     graph.value_column = scan_column();
     const int kind = evaluate_expression(scan_separators);
     if (kind < 0) return kind;
-    switch (kind) {
-        case kind_double: out = lang.scan.result; return 0;
-        case kind_numeric_text: out = std::strtod(lang.scan.buffer, nullptr); return 0;
-        case kind_long: {
-            lang.reporter.error_column = graph.value_column;
-            const int rc = long_to_double(long_state.work, out, true);
-            return rc < 0 ? rc : 0;
-        }
-        default: return error_at_column(invalid_error, graph.value_column);
-    }
+    const int rc = evaluated_double(kind, graph.value_column, out);
+    if (rc < 0) return rc;
+    return rc == 0 ? error_at_column(invalid_error, graph.value_column) : 0;
 }
 
 int check_graph_range(double value, double lo, double hi) {
