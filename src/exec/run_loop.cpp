@@ -23,6 +23,7 @@
 #include "lang/evaluator.h"
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
+#include "lang/scan_names.h"
 #include "lang/scanner.h"
 #include "lang/statement_heads.h"
 #include "longmath/long_arith.h"
@@ -448,10 +449,7 @@ int immediate_answer() {
 
 }  // namespace
 
-int error_at_column(int number, int column) {
-    lang.reporter.error_column = column;
-    return report_error(number);
-}
+int error_at_column(int number, int column) { return scan_error(number, column); }
 
 namespace {
 

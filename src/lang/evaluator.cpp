@@ -12,6 +12,7 @@
 #include "lang/expression_plans.h"
 #include "lang/item_listing.h"
 #include "lang/lang_state.h"
+#include "lang/scan_names.h"
 #include "lang/scanner.h"
 #include "longmath/long_convert.h"
 #include "longmath/long_space.h"
@@ -19,11 +20,6 @@
 
 namespace tl {
 namespace {
-
-int fail(int number, int column) {
-    lang.reporter.error_column = column;
-    return report_error(number);
-}
 
 /// True when get_item would produce nothing more for this expression.
 bool at_expression_end(int mode) {
@@ -83,7 +79,7 @@ int collect_items(ItemTable& t, int mode) {
     for (;;) {
         if (t.count == max_expression_items && !at_expression_end(mode)) {
             skip_blanks();
-            return fail(err_too_many_items_expression, scan_column());
+            return scan_error(err_too_many_items_expression, scan_column());
         }
         Item& item = t.items[t.count];
         t.text_end = s.position;
@@ -91,9 +87,9 @@ int collect_items(ItemTable& t, int mode) {
         if (k < 0) return report_error(err_pass_get_item);
         if (k == 0) return 0;
         if (k == scan_number_constant || k == scan_string_constant) k = static_cast<int>(item.kind);
-        if (k == scan_name) return fail(err_invalid_expression, item.column);
+        if (k == scan_name) return scan_error(err_invalid_expression, item.column);
         if (k == kind_statement) {
-            if ((mode & scan_in_parentheses) != 0) return fail(err_statement_inside_expression, item.column);
+            if ((mode & scan_in_parentheses) != 0) return scan_error(err_statement_inside_expression, item.column);
             s.position = s.start + item.column;  // the statement keyword is left for the executor
             s.terminator = 0;
             return 0;
@@ -139,7 +135,7 @@ int place_result(const Item& r) {
         }
         case kind_string_array:
         case kind_double_array: s.sole_reference = ValueReference{r.array, 0}; break;
-        default: return fail(err_invalid_expression, r.column);
+        default: return scan_error(err_invalid_expression, r.column);
     }
     return static_cast<int>(r.kind);
 }
@@ -183,7 +179,7 @@ int evaluate(int mode) {
     if (s.defining_function) replace_by_dummy(t);
     const int r = reduce_expression(t);
     if (r < 0) return r;
-    if (t.count != 1) return fail(err_invalid_expression, t.items[t.count > 1 ? 1 : 0].column);
+    if (t.count != 1) return scan_error(err_invalid_expression, t.items[t.count > 1 ? 1 : 0].column);
     const int kind = place_result(t.items[0]);
     if (kind > 0 && one_name) s.sole_reference = item_reference(t.items[0]);
     remember_constant(t.items[0]);

@@ -16,6 +16,7 @@
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
 #include "lang/numeric_operands.h"
+#include "lang/scan_names.h"
 #include "lang/scanner.h"
 #include "longmath/long_arith.h"
 #include "longmath/long_convert.h"
@@ -26,11 +27,6 @@
 
 namespace tl {
 namespace {
-
-int fail(int number, int column) {
-    lang.reporter.error_column = column;
-    return report_error(number);
-}
 
 char op_char(const Item& item) { return static_cast<char>(item.word); }
 
@@ -114,7 +110,7 @@ int negate(Item& operand) {
             if (operand.number_known) operand.number = -operand.number;
             return 0;
         }
-        default: return fail(err_invalid_expression, operand.column);
+        default: return scan_error(err_invalid_expression, operand.column);
     }
 }
 
@@ -128,13 +124,13 @@ int pass_unary_signs(ItemTable& t) {
         const bool sign = is_sign(op);
         const bool unary = sign && (i == 0 || is_any_operator(t.items[i - 1]));
         if (i == t.count - 1) {
-            if (unary) return fail(is_op(op, '-') ? err_unary_minus_last : err_unary_plus_last, op.column);
-            return fail(err_operator_last_item, op.column);
+            if (unary) return scan_error(is_op(op, '-') ? err_unary_minus_last : err_unary_plus_last, op.column);
+            return scan_error(err_operator_last_item, op.column);
         }
         Item& next = t.items[i + 1];
         if (next.kind == kind_operator && !is_sign(next)) {
-            if (!sign) return fail(err_operator_follows_operator, next.column);
-            return fail(err_sign_before_operator, op.column);
+            if (!sign) return scan_error(err_operator_follows_operator, next.column);
+            return scan_error(err_sign_before_operator, op.column);
         }
         if (!unary) {
             ++i;
@@ -149,7 +145,7 @@ int pass_unary_signs(ItemTable& t) {
             }
         } else if (!is_sign(next) && next.kind != kind_double && next.kind != kind_long &&
                    next.kind != kind_numeric_text) {
-            return fail(err_unary_plus_before_non_number, op.column);
+            return scan_error(err_unary_plus_before_non_number, op.column);
         }
         next.column = op.column;
         remove_items(t, i, 1);  // the operand (or the turned sign) is examined next
@@ -163,7 +159,7 @@ int pass_unary_signs(ItemTable& t) {
 /// operator reports `own_error` after the conversion's own message.
 int operands(ItemTable& t, int i, int own_error) {
     const int k = common_numeric_type(t.items[i - 1], t.items[i + 1]);
-    if (k < 0) return fail(own_error, t.items[i].column);
+    if (k < 0) return scan_error(own_error, t.items[i].column);
     return k;
 }
 
@@ -182,19 +178,19 @@ int pass_power(ItemTable& t) {
             ++i;
             continue;
         }
-        if (i == 0) return fail(err_raise_power_both_operands_numeric, op.column);
+        if (i == 0) return scan_error(err_raise_power_both_operands_numeric, op.column);
         const int k = operands(t, i, err_operands_must_be_numbers);
         if (k < 0) return k;
         if (k == kind_double) {
             double r = std::pow(t.items[i - 1].number, t.items[i + 1].number);
             if (!std::isfinite(r)) {
-                if (!lang.scan.skipping) return fail(err_power_root_error_result, op.column);
+                if (!lang.scan.skipping) return scan_error(err_power_root_error_result, op.column);
                 r = 0.0;  // a value met while passing over a statement raises nothing
             }
             replace_by_double(t, i, r);
             continue;
         }
-        if (long_state.mode.integer_mode) return fail(err_long_operation_only_valid_floating, op.column);
+        if (long_state.mode.integer_mode) return scan_error(err_long_operation_only_valid_floating, op.column);
         const int r = long_operation(t, i, [](LongNumber& a, LongNumber& b, LongNumber& q) {
             if (lang.scan.skipping) return (long_set_zero(q), 0);  // passing over: no value errors
             return long_power_operator(a, b, q);
@@ -217,20 +213,20 @@ int divide_doubles(ItemTable& t, int i, char c) {
     }
     if (c == '*') {
         r = a * b;
-        if (!std::isfinite(r)) return fail(err_invalid_result_multiply_divide, column);
+        if (!std::isfinite(r)) return scan_error(err_invalid_result_multiply_divide, column);
     } else if (c == '%') {
-        if (b == 0.0) return fail(err_attempt_divide_by_zero, column);
+        if (b == 0.0) return scan_error(err_attempt_divide_by_zero, column);
         r = std::fmod(a, b);  // the remainder takes the dividend's sign
-        if (!std::isfinite(r)) return fail(err_invalid_result_multiply_divide, column);
+        if (!std::isfinite(r)) return scan_error(err_invalid_result_multiply_divide, column);
     } else {
         const bool tolerate = long_state.mode.matherrok;
         if (b == 0.0) {
-            if (!tolerate) return fail(err_attempt_divide_by_zero, column);
+            if (!tolerate) return scan_error(err_attempt_divide_by_zero, column);
             lang.scan.math_error = true;
         }
         r = a / b;
         if (!std::isfinite(r)) {
-            if (!tolerate) return fail(err_invalid_result_multiply_divide, column);
+            if (!tolerate) return scan_error(err_invalid_result_multiply_divide, column);
             lang.scan.math_error = true;
         }
     }
@@ -246,7 +242,7 @@ int pass_multiply_divide(ItemTable& t) {
             ++i;
             continue;
         }
-        if (i == 0) return fail(err_first_item_mul_div, op.column);
+        if (i == 0) return scan_error(err_first_item_mul_div, op.column);
         const int k = operands(t, i, err_operands_must_be_numbers);
         if (k < 0) return k;
         int r = 0;
@@ -282,7 +278,7 @@ int concatenate(ItemTable& t, int i) {
     std::memcpy(joined + n, b, m);
     joined[n + m] = 0;
     if (areas.temp_strings.used + scan_buffer_size > areas.temp_strings.size)
-        return fail(err_no_more_space_temporary_strings, t.items[i].column);
+        return scan_error(err_no_more_space_temporary_strings, t.items[i].column);
     lang.reporter.error_column = t.items[i].column;
     const std::int64_t offset = new_temp_string(joined);
     if (offset < 0) return static_cast<int>(offset);
@@ -300,11 +296,11 @@ int pass_add_subtract(ItemTable& t) {
             ++i;
             continue;
         }
-        if (i == 0) return fail(err_invalid_expression, op.column);
+        if (i == 0) return scan_error(err_invalid_expression, op.column);
         const bool plus = is_op(op, '+');
         const bool left_string = t.items[i - 1].kind == kind_string;
         const bool right_string = t.items[i + 1].kind == kind_string;
-        if (plus && left_string != right_string) return fail(err_type_mismatch, op.column);
+        if (plus && left_string != right_string) return scan_error(err_type_mismatch, op.column);
         if (plus && left_string) {
             const int r = concatenate(t, i);
             if (r < 0) return r;
@@ -343,7 +339,7 @@ int pass_comparisons(ItemTable& t) {
             ++i;
             continue;
         }
-        if (i == 0) return fail(err_first_item_logical_expression_cannot, op.column);
+        if (i == 0) return scan_error(err_first_item_logical_expression_cannot, op.column);
         if (i == t.count - 1) {  // left alone; the expression then fails as a whole
             ++i;
             continue;
@@ -352,8 +348,9 @@ int pass_comparisons(ItemTable& t) {
         Item& a = t.items[i - 1];
         Item& b = t.items[i + 1];
         int order = 0;
-        if (a.kind == kind_string && b.kind != kind_string) return fail(err_invalid_type_expecting_string, op.column);
-        if (a.kind != kind_string && b.kind == kind_string) return fail(err_type_mismatch, op.column);
+        if (a.kind == kind_string && b.kind != kind_string)
+            return scan_error(err_invalid_type_expecting_string, op.column);
+        if (a.kind != kind_string && b.kind == kind_string) return scan_error(err_type_mismatch, op.column);
         if (a.kind == kind_string) {
             const int c = std::strcmp(item_text(a), item_text(b));
             order = c < 0 ? -1 : (c > 0 ? 1 : 0);
@@ -377,7 +374,7 @@ int pass_not(ItemTable& t) {
     for (int i = 0; i < t.count; ++i) {
         Item& op = t.items[i];
         if (op.kind != kind_logical || op.word != logic_not) continue;
-        if (i == t.count - 1) return fail(err_logical_operator_cannot_last_item, op.column);
+        if (i == t.count - 1) return scan_error(err_logical_operator_cannot_last_item, op.column);
         bool truth = false;
         const int r = truth_value(t.items[i + 1], truth);
         if (r < 0) return r;
@@ -400,8 +397,8 @@ int pass_binary_logic(ItemTable& t) {
                 ++i;
                 continue;
             }
-            if (i == 0) return fail(err_logical_operator_cannot_first_item, op.column);
-            if (i == t.count - 1) return fail(err_logical_operator_cannot_last_item, op.column);
+            if (i == 0) return scan_error(err_logical_operator_cannot_first_item, op.column);
+            if (i == t.count - 1) return scan_error(err_logical_operator_cannot_last_item, op.column);
             bool a = false;
             bool b = false;
             int r = truth_value(t.items[i - 1], a);
