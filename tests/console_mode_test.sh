@@ -45,4 +45,15 @@ long=$(printf '%0600d' 0)
 out=$("$bin" /c "$long" </dev/null 2>&1); rc=$?
 [ "$rc" -eq 255 ] || fail "too long: exit code $rc"
 case $out in *"Invalid Parameters (too long)"*) ;; *) fail "too long: $out" ;; esac
+
+# Both programs answer a refused line, --help and --version alike, without
+# starting a session.
+for program in "$bin" "$(dirname "$bin")/tessaline-window"; do
+  out=$("$program" 1 2 3 4 5 6 7 8 9 10 11 </dev/null 2>&1); rc=$?
+  [ "$rc" -eq 255 ] && [ "$out" = "Error: Invalid Parameters (too many)" ] || fail "$program refused: $rc $out"
+  out=$("$program" --version 2>&1) || fail "$program --version failed"
+  case $out in "Tessaline "[0-9]*.[0-9]*) ;; *) fail "$program --version: $out" ;; esac
+  out=$("$program" foo.bas --help 2>&1) || fail "$program --help failed"
+  case $out in "Usage: tessaline "*"--batch FILE.bas"*) ;; *) fail "$program --help: $out" ;; esac
+done
 echo "ok"

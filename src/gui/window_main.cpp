@@ -10,7 +10,6 @@
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -99,20 +98,10 @@ int main(int argc, char** argv) {
     const std::vector<std::string> parameters(argv + (argc > 0 ? 1 : 0), argv + argc);
     ignore_file_size_signal();
     const CommandLineCheck check = check_command_line(program_path, parameters);
-    switch (check.action) {
-    case StartAction::refuse: std::fprintf(stderr, "Error: %s\n", check.error.c_str()); return -1;
-    case StartAction::show_help: std::fputs(usage_text().c_str(), stdout); return 0;
-    case StartAction::show_version: std::printf("Tessaline %s\n", tessaline_version); return 0;
-    case StartAction::run: break;
-    }
+    if (int status = 0; answer_without_running(check, status)) return status;
     shell_state.program_folder = folder_of(executable_path(argc > 0 ? argv[0] : nullptr));
     shell_state.console_mode = false;
-    std::string program_file = check.program_file;
-    if (!program_file.empty()) {
-        std::error_code ec;
-        const std::filesystem::path absolute = std::filesystem::absolute(program_file, ec);
-        if (!ec) program_file = absolute.lexically_normal().string();
-    }
+    const std::string program_file = absolute_program_file(check.program_file);
     if (check.batch) {
         // Nothing is shown: no display is needed.
         setenv("QT_QPA_PLATFORM", "offscreen", 1);

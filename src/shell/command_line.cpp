@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -65,6 +66,33 @@ std::string folder_of(const std::string& path) {
     if (slash == std::string::npos) return ".";
     if (slash == 0) return "/";
     return path.substr(0, slash);
+}
+
+bool answer_without_running(const CommandLineCheck& check, int& status) {
+    switch (check.action) {
+    case StartAction::refuse:
+        std::fprintf(stderr, "Error: %s\n", check.error.c_str());
+        status = -1;
+        return true;
+    case StartAction::show_help:
+        std::fputs(usage_text().c_str(), stdout);
+        status = 0;
+        return true;
+    case StartAction::show_version:
+        std::printf("Tessaline %s\n", tessaline_version);
+        status = 0;
+        return true;
+    case StartAction::run:
+        break;
+    }
+    return false;
+}
+
+std::string absolute_program_file(const std::string& file) {
+    if (file.empty()) return file;
+    std::error_code ec;
+    const std::filesystem::path absolute = std::filesystem::absolute(file, ec);
+    return ec ? file : absolute.lexically_normal().string();
 }
 
 std::string usage_text() {

@@ -44,12 +44,22 @@ struct CommandLineCheck {
 [[nodiscard]] CommandLineCheck check_command_line(const std::string& program_path,
                                                   const std::vector<std::string>& parameters);
 
+/// Carries out a start that only answers (the refusal, "--help",
+/// "--version"): true with the exit status in `status`; false when the
+/// program is to run.
+[[nodiscard]] bool answer_without_running(const CommandLineCheck& check, int& status);
+
 /// The running executable's full path (from /proc/self/exe), or `argv0` made
 /// absolute when that cannot be read.
 [[nodiscard]] std::string executable_path(const char* argv0);
 
 /// The folder part of `path` without its last "/" ("." when there is none).
 [[nodiscard]] std::string folder_of(const std::string& path);
+
+/// A program file named on the command line, made absolute and normal from
+/// the current folder (before the working folder becomes current); as given
+/// when empty or when that fails.
+[[nodiscard]] std::string absolute_program_file(const std::string& file);
 
 /// The text printed by "--help".
 [[nodiscard]] std::string usage_text();

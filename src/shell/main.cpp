@@ -62,19 +62,7 @@ int main(int argc, char** argv) {
     // Before the window program takes over, which keeps the setting.
     ignore_file_size_signal();
     const CommandLineCheck check = check_command_line(program_path, parameters);
-    switch (check.action) {
-    case StartAction::refuse:
-        std::fprintf(stderr, "Error: %s\n", check.error.c_str());
-        return -1;
-    case StartAction::show_help:
-        std::fputs(usage_text().c_str(), stdout);
-        return 0;
-    case StartAction::show_version:
-        std::printf("Tessaline %s\n", tessaline_version);
-        return 0;
-    case StartAction::run:
-        break;
-    }
+    if (int status = 0; answer_without_running(check, status)) return status;
 
     const std::string executable = executable_path(argc > 0 ? argv[0] : nullptr);
     // The window and batch mode are the window program's; Console mode is
@@ -91,12 +79,7 @@ int main(int argc, char** argv) {
     shell_state.console_mode = true;
     // A program named on the command line is found from the folder Tessaline
     // was started in, before the working folder becomes current.
-    std::string program_file = check.program_file;
-    if (!program_file.empty()) {
-        std::error_code ec;
-        const std::filesystem::path absolute = std::filesystem::absolute(program_file, ec);
-        if (!ec) program_file = absolute.lexically_normal().string();
-    }
+    const std::string program_file = absolute_program_file(check.program_file);
     const int code = run_session(program_file);
     end_by_termination_signal();
     return code;
