@@ -21,7 +21,7 @@ constexpr double max_power_exponent = 10000000.0;
 /// Integer exponents up to this are done by repeated squaring.
 constexpr std::int64_t max_integer_exponent = 1LL << 31;
 /// The longest exact power an integer root's exact check forms.
-constexpr std::int64_t max_exact_root_digits = 2000000;
+constexpr std::int64_t max_exact_root_digits = 100000;
 
 int power_error() { return report_error(err_power_root_error_result); }
 
