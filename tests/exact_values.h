@@ -163,6 +163,7 @@ inline bool decimal_value(std::string_view text, Rational& out, bool& huge, long
         ++i;
         bool negative_exponent = false;
         if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative_exponent = text[i++] == '-';
+        if (i >= text.size()) return false;  // "1e" and "1e+" are no numbers
         for (; i < text.size(); ++i) {
             if (text[i] < '0' || text[i] > '9') return false;
             exponent = exponent * 10 + (text[i] - '0');
