@@ -88,22 +88,7 @@ void set_skip(bool skip) {
 }
 
 /// Consumes the statement keyword `slot` when it comes next (a whole word).
-bool match_keyword(int slot) {
-    skip_blanks();
-    const char* name = keyword_name(Table::statements, slot);
-    const std::size_t n = std::strlen(name);
-    const char* p = lang.scan.position;
-    if (static_cast<std::size_t>(lang.scan.end - p) < n) return false;
-    for (std::size_t i = 0; i < n; ++i) {
-        char c = p[i];
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-        if (c != name[i]) return false;
-    }
-    const char after = p + n < lang.scan.end ? p[n] : 0;
-    if (is_name_char(after)) return false;
-    lang.scan.position += n;
-    return true;
-}
+bool match_keyword(int slot) { return take_word(keyword_name(Table::statements, slot)); }
 
 /// The slot of the statement keyword that comes next, without consuming it; -1 if none.
 int peek_keyword() {

@@ -21,7 +21,6 @@
 #include "lang/error_table.h"
 #include "lang/evaluator.h"
 #include "lang/lang_state.h"
-#include "lang/scan_names.h"
 #include "lang/scanner.h"
 #include "lang/user_functions.h"
 
@@ -29,26 +28,6 @@ namespace tl {
 namespace {
 
 bool is_blank(char c) { return c == ' ' || c == '\t'; }
-
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-/// True when [p, end) starts with `word` (letter case ignored) as a whole word.
-bool starts_with_word(const char* p, const char* end, const char* word) {
-    const std::size_t n = std::strlen(word);
-    if (static_cast<std::size_t>(end - p) < n) return false;
-    for (std::size_t i = 0; i < n; ++i) {
-        if (lower(p[i]) != word[i]) return false;
-    }
-    return p + n >= end || !is_name_char(p[n]);
-}
-
-/// Consumes `word` at the scan position when it comes next as a whole word.
-bool match_word(const char* word) {
-    skip_blanks();
-    if (!starts_with_word(lang.scan.position, lang.scan.end, word)) return false;
-    lang.scan.position += std::strlen(word);
-    return true;
-}
 
 /// True when the text of a line is a "DEF END" statement.
 bool is_def_end_line(const char* p, const char* end) {
@@ -193,7 +172,7 @@ int register_definition(const char* name, int name_column, const char (&names)[m
 
 int do_def() {
     ScanState& s = lang.scan;
-    if (match_word("end")) return do_def_end();
+    if (take_word("end")) return do_def_end();
     if (typed_at_prompt()) return error_at_column(err_statement_not_valid_command_line, 0);
     skip_blanks();
     const int name_column = scan_column();

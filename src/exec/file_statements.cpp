@@ -29,7 +29,6 @@
 #include "lang/error_table.h"
 #include "lang/evaluator.h"
 #include "lang/lang_state.h"
-#include "lang/scan_names.h"
 #include "lang/scanner.h"
 
 namespace tl {
@@ -58,22 +57,6 @@ bool at_char(char c) {
 bool take_char(char c) {
     if (!at_char(c)) return false;
     ++lang.scan.position;
-    return true;
-}
-
-/// Consumes `word` (lower case; letter case ignored) when it stands next as a whole name.
-bool take_word(const char* word) {
-    skip_blanks();
-    const char* p = lang.scan.position;
-    const std::size_t n = std::strlen(word);
-    if (static_cast<std::size_t>(lang.scan.end - p) < n) return false;
-    for (std::size_t i = 0; i < n; ++i) {
-        char c = p[i];
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-        if (c != word[i]) return false;
-    }
-    if (p + n < lang.scan.end && is_name_char(p[n])) return false;
-    lang.scan.position = p + n;
     return true;
 }
 

@@ -23,7 +23,6 @@
 #include "exec/string_space.h"
 #include "lang/error_table.h"
 #include "lang/lang_state.h"
-#include "lang/scan_names.h"
 #include "lang/scanner.h"
 
 namespace tl {
@@ -32,22 +31,6 @@ namespace {
 /// Variables one INPUT may name.
 constexpr int max_input_targets = 64;
 
-constexpr char input_word[] = "input";
-
-bool next_word_is_input() {
-    skip_blanks();
-    const ScanState& s = lang.scan;
-    const std::size_t n = sizeof input_word - 1;
-    if (static_cast<std::size_t>(s.end - s.position) < n) return false;
-    for (std::size_t i = 0; i < n; ++i) {
-        char c = s.position[i];
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-        if (c != input_word[i]) return false;
-    }
-    if (s.position + n < s.end && is_name_char(s.position[n])) return false;
-    lang.scan.position += n;
-    return true;
-}
 
 /// Reads the optional prompt: a string constant followed by ";" or ",".
 /// `question` tells whether "? " is to follow it.
@@ -168,7 +151,7 @@ int do_input() { return input_statement(false); }
 
 /// LINE must be followed by INPUT.
 int do_line_input() {
-    if (!next_word_is_input()) return error_at_column(err_invalid_statement, 0);
+    if (!take_word("input")) return error_at_column(err_invalid_statement, 0);
     return input_statement(true);
 }
 

@@ -15,6 +15,7 @@
 #include "lang/evaluator.h"
 #include "lang/keyword_tables.h"
 #include "lang/lang_state.h"
+#include "lang/scan_names.h"
 #include "lang/scanner.h"
 #include "longmath/long_convert.h"
 #include "longmath/long_state.h"
@@ -22,24 +23,14 @@
 namespace tl {
 namespace {
 
-bool is_name_char(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$';
-}
-
 /// True when the next item is the word `word` (letter case ignored) as a whole
 /// name; with `paren` it must be followed by "(". Consumes the word on a match.
 bool next_word_is(const char* word, bool paren) {
     skip_blanks();
     const char* p = lang.scan.position;
+    if (!starts_with_word(p, lang.scan.end, word)) return false;
     const std::size_t n = std::strlen(word);
-    if (static_cast<std::size_t>(lang.scan.end - p) < n) return false;
-    for (std::size_t i = 0; i < n; ++i) {
-        char c = p[i];
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-        if (c != word[i]) return false;
-    }
     const char* q = p + n;
-    if (q < lang.scan.end && is_name_char(*q)) return false;
     if (paren) {
         while (q < lang.scan.end && (*q == ' ' || *q == '\t')) ++q;
         if (q >= lang.scan.end || *q != '(') return false;

@@ -250,6 +250,24 @@ std::string_view peek_name() {
     return {lang.scan.position, static_cast<std::size_t>(p - lang.scan.position)};
 }
 
+bool starts_with_word(const char* p, const char* end, const char* word) {
+    const std::size_t n = std::strlen(word);
+    if (static_cast<std::size_t>(end - p) < n) return false;
+    for (std::size_t i = 0; i < n; ++i) {
+        char c = p[i];
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        if (c != word[i]) return false;
+    }
+    return p + n >= end || !is_name_char(p[n]);
+}
+
+bool take_word(const char* word) {
+    skip_blanks();
+    if (!starts_with_word(lang.scan.position, lang.scan.end, word)) return false;
+    lang.scan.position += std::strlen(word);
+    return true;
+}
+
 const char* scan_name_text() {
     ScanState& s = lang.scan;
     if (s.name_element != nullptr) {

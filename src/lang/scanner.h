@@ -73,6 +73,11 @@ void skip_blanks();
 [[nodiscard]] std::string_view peek_word();
 /// After blanks, the name characters at the scan position (not consumed).
 [[nodiscard]] std::string_view peek_name();
+/// True when [p, end) starts with `word` (lower case; letter case of the text
+/// ignored) as a whole name: no name character follows it.
+[[nodiscard]] bool starts_with_word(const char* p, const char* end, const char* word);
+/// After blanks, consumes `word` (as starts_with_word) when it comes next.
+bool take_word(const char* word);
 
 /// The character that "\\" followed by `c` stands for in a string constant:
 /// r and n the line-end characters, + and - the console's character-set
