@@ -16,13 +16,9 @@
 
 namespace tl::gui {
 
-void BatchHost::install() {
-    host.front_end = this;
-    host.effects = this;
-    host.message_dialog = this;
-    host.documents = this;
-    host.graph_window = &graph_window_;
-    host.port_chooser = this;
+void BatchHost::withdraw() {
+    if (host.graph_window == &graph_window_) host.graph_window = nullptr;
+    withdraw_services();
 }
 
 void BatchHost::write(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
@@ -86,11 +82,7 @@ int run_batch(const std::string& program_file) {
     std::fflush(stdout);
     if (graph.open) end_graph(true);
     shell::end_session(start);
-    host.graph_window = nullptr;
-    host.effects = nullptr;
-    host.message_dialog = nullptr;
-    host.documents = nullptr;
-    host.port_chooser = nullptr;
+    batch.withdraw();
     // SIGTERM, SIGHUP or SIGQUIT stopped the program: the files, the log and
     // the settings are written; the process now ends by that signal.
     shell::end_by_termination_signal();

@@ -8,24 +8,18 @@
 
 #include <string>
 
-#include "exec/console_effects.h"
-#include "exec/document_viewer.h"
-#include "exec/front_end.h"
-#include "exec/message_dialog.h"
-#include "exec/port_chooser.h"
 #include "gui/graph_window_widget.h"
 #include "gui/pump_ticker.h"
+#include "gui/window_services.h"
 
 namespace tl::gui {
 
-class BatchHost final : public FrontEnd,
-                        public ConsoleEffects,
-                        public MessageDialog,
-                        public DocumentViewer,
-                        public PortChooser {
+class BatchHost final : public WindowServices {
 public:
     /// Makes this the interpreter's front end and services.
-    void install();
+    void install() { install_services(&graph_window_); }
+    /// Withdraws them.
+    void withdraw();
 
     void write(std::string_view text) override;
     bool read_line(std::string_view prompt, std::string& line) override;

@@ -113,25 +113,14 @@ MainWindow::MainWindow(std::function<void()> save_settings, QWidget* parent)
 }
 
 MainWindow::~MainWindow() {
-    if (host.front_end == this) host.front_end = nullptr;
-    if (host.effects == this) host.effects = nullptr;
-    if (host.message_dialog == this) host.message_dialog = nullptr;
-    if (host.documents == this) host.documents = nullptr;
+    withdraw_services();
     if (host.graph_window == graph_window_.get()) {
         if (graph.open) end_graph(true);
         host.graph_window = nullptr;
     }
-    if (host.port_chooser == this) host.port_chooser = nullptr;
 }
 
-void MainWindow::install() {
-    host.front_end = this;
-    host.effects = this;
-    host.message_dialog = this;
-    host.documents = this;
-    host.graph_window = graph_window_.get();
-    host.port_chooser = this;
-}
+void MainWindow::install() { install_services(graph_window_.get()); }
 
 // ---- layout ---------------------------------------------------------------
 

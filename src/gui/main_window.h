@@ -19,12 +19,8 @@
 #include <memory>
 #include <string>
 
-#include "exec/console_effects.h"
-#include "exec/document_viewer.h"
-#include "exec/front_end.h"
-#include "exec/message_dialog.h"
-#include "exec/port_chooser.h"
 #include "gui/pump_ticker.h"
+#include "gui/window_services.h"
 
 class QLabel;
 class QLineEdit;
@@ -39,12 +35,7 @@ namespace tl::gui {
 class ConsoleView;
 class QtGraphWindow;
 
-class MainWindow final : public QMainWindow,
-                         public FrontEnd,
-                         public ConsoleEffects,
-                         public MessageDialog,
-                         public DocumentViewer,
-                         public PortChooser {
+class MainWindow final : public QMainWindow, public WindowServices {
 public:
     /// `save_settings` writes the shell's settings (called shortly after they
     /// change and when the window closes).
