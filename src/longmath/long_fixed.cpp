@@ -70,9 +70,9 @@ void accumulate(std::int64_t* acc, const std::uint32_t* t, int from, int W, bool
     }
 }
 
-/// Carries the signed column sums into blocks; returns the sign of the value
-/// (the blocks then hold its magnitude).
-std::int32_t settle(std::int64_t* acc, std::uint32_t* out, int W) {
+}  // namespace
+
+std::int32_t fixed_settle(std::int64_t* acc, std::uint32_t* out, int W) {
     const std::int64_t base = long_base;
     auto carry_all = [&]() {
         std::int64_t carry = 0;
@@ -99,8 +99,6 @@ std::int32_t settle(std::int64_t* acc, std::uint32_t* out, int W) {
     for (int i = 0; i < W; ++i) out[i] = static_cast<std::uint32_t>(acc[i]);
     return sgn;
 }
-
-}  // namespace
 
 void fixed_from_long(const LongNumber& x, std::uint32_t* f, int W) {
     std::fill(f, f + W, 0u);
@@ -238,7 +236,7 @@ int fixed_series(FixedSeries kind, const std::uint32_t* p, int pf, int pl, const
         const int rc = long_poll_functions(work);
         if (rc < 0) return rc;
     }
-    const std::int32_t sgn = settle(acc, U, W);
+    const std::int32_t sgn = fixed_settle(acc, U, W);
     fixed_to_long(U, W, sgn, out);
     long_normalise(out, normalise_round);
     return 0;

@@ -21,6 +21,11 @@ void fixed_to_long(const std::uint32_t* f, int W, std::int32_t sgn, LongNumber& 
 /// the debug display is on).
 void fixed_debug_dump(const char* label, const std::uint32_t* f, int W, std::int32_t sgn);
 
+/// Carries the signed column sums acc[0..W-1] (acc is used up) into the
+/// blocks out[0..W-1]; returns the sign of the value (out then holds its
+/// magnitude).
+std::int32_t fixed_settle(std::int64_t* acc, std::uint32_t* out, int W);
+
 /// Index of the first non-zero block at or after `from` (W when none).
 [[nodiscard]] int fixed_first_nonzero(const std::uint32_t* f, int from, int W);
 

@@ -33,23 +33,6 @@ std::int64_t* sum_array(int W) {
     return sums.data();
 }
 
-/// Carries a sum that is known to be non-negative into blocks.
-void settle_sum(std::int64_t* acc, std::uint32_t* out, int W) {
-    const std::int64_t base = long_base;
-    std::int64_t carry = 0;
-    for (int i = W - 1; i >= 0; --i) {
-        std::int64_t v = acc[i] + carry;
-        std::int64_t q = v / base;
-        std::int64_t r = v - q * base;
-        if (r < 0) {
-            r += base;
-            --q;
-        }
-        out[i] = static_cast<std::uint32_t>(r);
-        carry = q;
-    }
-}
-
 int poll(int precision) {
     return long_poll_interrupt(long_state.functions.function_work, static_cast<std::uint32_t>(precision), series_poll_work);
 }
@@ -90,7 +73,7 @@ int arctan_array(std::uint32_t n, std::uint32_t* term, std::uint32_t* out, int W
         const int rc = poll(precision);
         if (rc < 0) return rc;
     }
-    settle_sum(acc, out, W);
+    fixed_settle(acc, out, W);
     return 0;
 }
 
@@ -106,7 +89,7 @@ int compute_pi(LongNumber& out) {
     // pi = (4 arctan(1/5) - arctan(1/239)) * 4.
     std::int64_t* acc = sum_array(W);
     for (int i = 0; i < W; ++i) acc[i] = 16 * static_cast<std::int64_t>(a[i]) - 4 * static_cast<std::int64_t>(b[i]);
-    settle_sum(acc, term, W);
+    fixed_settle(acc, term, W);
     fixed_to_long(term, W, 0, out);
     long_normalise(out, normalise_strip);
     return 0;
@@ -134,7 +117,7 @@ int compute_e(LongNumber& out) {
         const int rc = poll(precision);
         if (rc < 0) return rc;
     }
-    settle_sum(acc, term, W);
+    fixed_settle(acc, term, W);
     fixed_to_long(term, W, 0, out);
     long_normalise(out, normalise_strip);
     return 0;
