@@ -183,12 +183,13 @@ int long_atan_core(const LongNumber& x, LongNumber& out) {
         if (arg_end == 0) break;
         const bool last = k == atn_pieces - 1;
         const int to = last ? W : std::min(1 + bounds[k + 1] / 8, W);
-        int pf = 0;
-        int pl = 0;
-        if (fixed_take_piece(arg, 0, std::min(to, arg_end), piece, W, pf, pl)) {
-            int sf = 0;
-            int sl = 0;
-            fixed_square(piece, pf, pl, square, W, sf, sl);
+        std::fill(piece, piece + W, 0u);
+        std::copy(arg, arg + std::min(to, arg_end), piece);
+        const int pf = fixed_first_nonzero(piece, 0, W);
+        if (pf < W) {
+            const int pl = fixed_last_nonzero(piece, pf, W - 1);
+            const int sf = fixed_multiply(piece, pf, piece, pf, pl, square, W);
+            const int sl = fixed_last_nonzero(square, sf, W - 1);
             int rc = fixed_series(series_atan, piece, pf, pl, square, sf, sl, false, W, ak);
             if (rc < 0) return rc;
             rc = sum_into(out, ak, spare, false);

@@ -139,9 +139,11 @@ int long_exp_core(const LongNumber& z, LongNumber& out) {
         const int from = k == 0 ? 0 : 1 + bounds[k] / 8;
         if (from >= arg_end) break;
         const int to = k == exp_pieces - 1 ? W : std::min(1 + bounds[k + 1] / 8, W);
-        int pf = 0;
-        int pl = 0;
-        if (!fixed_take_piece(arg, from, to, piece, W, pf, pl)) continue;
+        std::fill(piece, piece + W, 0u);
+        std::copy(arg + from, arg + to, piece + from);
+        const int pf = fixed_first_nonzero(piece, from, to);
+        if (pf >= to) continue;
+        const int pl = fixed_last_nonzero(piece, pf, to - 1);
         int rc = fixed_series(series_exp, piece, pf, pl, nullptr, 0, -1, negative, W, ek);
         if (rc < 0) return rc;
         rc = long_multiply(out, ek, product);

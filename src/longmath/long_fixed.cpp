@@ -151,20 +151,6 @@ int fixed_last_nonzero(const std::uint32_t* y, int from, int to) {
     return to;
 }
 
-bool fixed_take_piece(const std::uint32_t* arg, int from, int to, std::uint32_t* piece, int W, int& pf, int& pl) {
-    std::fill(piece, piece + W, 0u);
-    std::copy(arg + from, arg + to, piece + from);
-    pf = fixed_first_nonzero(piece, from, to);
-    if (pf >= to) return false;
-    pl = fixed_last_nonzero(piece, pf, to - 1);
-    return true;
-}
-
-void fixed_square(const std::uint32_t* p, int pf, int pl, std::uint32_t* square, int W, int& sf, int& sl) {
-    sf = fixed_multiply(p, pf, p, pf, pl, square, W);
-    sl = fixed_last_nonzero(square, sf, W - 1);
-}
-
 int fixed_multiply(const std::uint32_t* x, int xf, const std::uint32_t* y, int yf, int yl, std::uint32_t* z, int W) {
     const int lo = xf + yf;
     if (lo >= W || yl < yf) {

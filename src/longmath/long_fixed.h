@@ -53,14 +53,4 @@ enum FixedSeries : int {
 /// The last non-zero block of y at or before `to` (from - 1 when none).
 [[nodiscard]] int fixed_last_nonzero(const std::uint32_t* y, int from, int to);
 
-/// piece = blocks from..to-1 of `arg`, zero elsewhere (W blocks). Returns
-/// false when those blocks are all zero; else sets pf..pl to the piece's
-/// non-zero blocks.
-[[nodiscard]] bool fixed_take_piece(const std::uint32_t* arg, int from, int to, std::uint32_t* piece, int W, int& pf,
-                                    int& pl);
-
-/// square = p * p for p non-zero in blocks pf..pl (W blocks); sets sf..sl to
-/// the square's non-zero blocks.
-void fixed_square(const std::uint32_t* p, int pf, int pl, std::uint32_t* square, int W, int& sf, int& sl);
-
 }  // namespace tl

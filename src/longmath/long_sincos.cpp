@@ -95,12 +95,13 @@ int long_sin_cos_core(const LongNumber& x, LongNumber& s, LongNumber& c) {
         const int from = k == 0 ? 0 : 1 + bounds[k] / 8;
         if (from >= arg_end) break;
         const int to = k == sin_pieces - 1 ? W : std::min(1 + bounds[k + 1] / 8, W);
-        int pf = 0;
-        int pl = 0;
-        if (!fixed_take_piece(arg, from, to, piece, W, pf, pl)) continue;
-        int sf = 0;
-        int sl = 0;
-        fixed_square(piece, pf, pl, square, W, sf, sl);
+        std::fill(piece, piece + W, 0u);
+        std::copy(arg + from, arg + to, piece + from);
+        const int pf = fixed_first_nonzero(piece, from, to);
+        if (pf >= to) continue;
+        const int pl = fixed_last_nonzero(piece, pf, to - 1);
+        const int sf = fixed_multiply(piece, pf, piece, pf, pl, square, W);
+        const int sl = fixed_last_nonzero(square, sf, W - 1);
 
         auto t = long_timer_start();
         int rc = fixed_series(series_sin, piece, pf, pl, square, sf, sl, false, W, sk);
