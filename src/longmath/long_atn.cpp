@@ -81,9 +81,7 @@ int arctangent(const LongNumber& x, LongNumber& result) {
             if (rc == 0) rc = long_half(u, result);
             if (rc < 0) return rc;
             if (negative) long_flip_sign(result);
-            long_set_precision(target);
-            result.nrm = 0;
-            long_normalise(result, normalise_round);
+            long_round_at(result, target);
             return 0;
         }
         // arctan x = pi/2 - arctan(1/x).
@@ -228,9 +226,7 @@ int long_atn(const LongNumber& x, bool degrees, LongNumber& result) {
     rc = arctangent(x, result);
     if (rc == 0) rc = long_angle_out(result, degrees);
     if (rc < 0) return rc;
-    long_set_precision(target);
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
+    long_round_at(result, target);
     long_timer_report("ATN Calc. Time: ", start);
     return 0;
 }
@@ -255,9 +251,7 @@ int long_acot(const LongNumber& x, bool degrees, LongNumber& result) {
     long_normalise(result, normalise_round);
     rc = long_angle_out(result, degrees);
     if (rc < 0) return rc;
-    long_set_precision(target);
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
+    long_round_at(result, target);
     long_timer_report("ATN Calc. Time: ", start);
     return 0;
 }

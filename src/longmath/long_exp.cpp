@@ -99,9 +99,7 @@ int exp_driver(const LongNumber& x, bool ten, LongNumber& result) {
         result.exp += static_cast<std::int32_t>(characteristic);
     }
     if (rc < 0) return rc;
-    long_set_precision(target);
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
+    long_round_at(result, target);
     long_timer_report("EXP Calc. Time: ", start);
     return 0;
 }
@@ -150,9 +148,7 @@ int long_exp_core(const LongNumber& z, LongNumber& out) {
         if (rc < 0) return rc;
         long_exchange(out, product);
     }
-    long_set_precision(target);
-    out.nrm = 0;
-    long_normalise(out, normalise_round);
+    long_round_at(out, target);
     return 0;
 }
 

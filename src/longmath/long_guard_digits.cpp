@@ -43,9 +43,7 @@ void long_round_to_nearest(LongNumber& a, int digits) {
     const LongPrecisionGuard guard;
     const bool rounding = mode.rounding;
     mode.rounding = true;
-    long_set_precision(digits);
-    a.nrm = 0;
-    long_normalise(a, normalise_round);
+    long_round_at(a, digits);
     mode.rounding = rounding;
 }
 

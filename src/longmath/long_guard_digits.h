@@ -50,9 +50,7 @@ int long_round_from_guard_digits(int target, int extra, Compute compute, LongNum
         if (decided || guard >= last_guard_digits) break;
     }
     if (!decided) long_round_to_nearest(result, target + guard - untrusted_digits);
-    long_set_precision(target);
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
+    long_round_at(result, target);
     return 0;
 }
 

@@ -206,9 +206,7 @@ int natural_log(const LongNumber& x, LongNumber& result) {
     } else {
         long_copy(lm, result);
     }
-    long_set_precision(target);
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
+    long_round_at(result, target);
     return 0;
 }
 
@@ -251,9 +249,7 @@ int long_log10(const LongNumber& x, LongNumber& result) {
     if (rc == 0) rc = cached_ln10(ln10);
     if (rc == 0) rc = long_divide(ln, ln10, result);
     if (rc < 0) return rc;
-    long_set_precision(target);
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
+    long_round_at(result, target);
     long_timer_report("LOG Calc. Time: ", start);
     return 0;
 }

@@ -39,6 +39,12 @@ LongPrecisionGuard::~LongPrecisionGuard() { long_state.mode.precision = saved; }
 
 void long_set_precision(int digits) { long_state.mode.precision = std::max(digits, 8); }
 
+void long_round_at(LongNumber& x, int digits) {
+    long_set_precision(digits);
+    x.nrm = 0;
+    long_normalise(x, normalise_round);
+}
+
 void long_set_int(LongNumber& n, std::int64_t v) {
     if (v == 0) {
         long_set_zero(n);

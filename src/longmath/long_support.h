@@ -33,6 +33,10 @@ struct LongPrecisionGuard {
 
 /// Sets the working precision (at least 8 digits).
 void long_set_precision(int digits);
+/// Sets the working precision to `digits` and normalises `x` to it again,
+/// rounding as the rounding rule says (the end of a function that worked with
+/// more digits).
+void long_round_at(LongNumber& x, int digits);
 
 /// Division of a 64-bit value by a fixed small divisor through a multiply by
 /// its reciprocal (divisor below 2^32, numerator below divisor * 10^8).

@@ -31,9 +31,7 @@ int quotient(const LongNumber& x, bool degrees, bool cotangent, LongNumber& resu
     if (long_is_zero(divisor)) return report_error(err_invalid_argument);
     rc = long_divide(dividend, divisor, result);
     if (rc < 0) return rc;
-    long_set_precision(target);
-    result.nrm = 0;
-    long_normalise(result, normalise_round);
+    long_round_at(result, target);
     return 0;
 }
 
