@@ -22,6 +22,23 @@ double nice_step(double raw) {
     return f * magnitude;
 }
 
+/// The 1-2-5 step next below `step` (itself a 1-2-5 step).
+double smaller_step(double step) {
+    const double magnitude = std::pow(10.0, std::floor(std::log10(step) + 1e-9));
+    const double m = step / magnitude;
+    return m < 1.5 ? 0.5 * magnitude : m < 3.5 ? magnitude : 2.0 * magnitude;
+}
+
+/// The 1-2-5 step whose ticks come nearest to `wished` units apart (by ratio),
+/// but at least `least` units apart.
+double chosen_step(double wished, double least) {
+    double step = nice_step(wished);
+    const double below = smaller_step(step);
+    if (wished / below < step / wished) step = below;
+    if (least > 0.0 && step < least) step = nice_step(least);
+    return step;
+}
+
 /// Replaces a leading "-" by the minus sign U+2212.
 void use_minus_sign(char (&text)[tick_label_size]) {
     if (text[0] != '-') return;
@@ -67,12 +84,13 @@ void format_tick(double value, double step, double largest, char (&out)[tick_lab
     use_minus_sign(out);
 }
 
-void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks& out) {
+void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks& out, double least) {
     out.count = 0;
     out.minor_count = 0;
     out.power_labels = false;
     if (!(hi > lo) || !(length > 0.0) || !std::isfinite(hi - lo)) return;
-    double step = nice_step((hi - lo) * spacing / length);
+    const double units_per_pixel = (hi - lo) / length;
+    const double step = chosen_step(units_per_pixel * spacing, units_per_pixel * least);
     if (!(step > 0.0) || !std::isfinite(step)) return;
     // Steps too small for doubles to tell apart near lo give no ticks.
     if (std::fabs(lo) / step > 1e15 || std::fabs(hi) / step > 1e15) return;
@@ -104,7 +122,7 @@ void log_ticks(double lo, double hi, double length, double spacing, AxisTicks& o
         AxisTicks linear;
         const double a = std::pow(10.0, lo);
         const double b = std::pow(10.0, hi);
-        linear_ticks(a, b, length, spacing * 1.5, linear);
+        linear_ticks(a, b, length, spacing * 1.5, linear, spacing * 1.5);
         for (int i = 0; i < linear.count; ++i) {
             if (!(linear.value[i] > 0.0)) continue;
             out.value[out.count] = std::log10(linear.value[i]);

@@ -95,7 +95,7 @@ void make_ticks(Frame& fr) {
     const GraphSurface& f = graph.surface;
     double lo = 0.0, hi = 0.0;
     visible_range(true, lo, hi);
-    const double hspace = 0.75 * fr.ppi_x;
+    const double hspace = 0.6 * fr.ppi_x;
     if (s.hlog != 0) {
         log_ticks(lo, hi, f.area_width, hspace, fr.hticks);
     } else if (s.hdatetime != 0) {
@@ -108,13 +108,20 @@ void make_ticks(Frame& fr) {
             widest = std::max(widest, text_width(m, fr.hticks.label[i]));
         if (fr.hticks.count > 0) datetime_ticks(lo, hi, f.area_width, std::max(hspace, widest * 1.3), fr.hticks);
     } else {
-        linear_ticks(lo, hi, f.area_width, hspace, fr.hticks);
-        // Long numbers need more room between them.
+        // About one number every 0.6 inch, never closer than its labels
+        // allow: a wider step gets other labels, so measure again.
         const QFontMetricsF m = fr.metrics(fr.number_font);
-        double widest = 0.0;
-        for (int i = 0; i < fr.hticks.count; ++i)
-            widest = std::max(widest, text_width(m, fr.hticks.label[i]));
-        if (widest * 1.6 > hspace) linear_ticks(lo, hi, f.area_width, widest * 1.6, fr.hticks);
+        double least = 0.45 * fr.ppi_x;
+        for (int pass = 0; pass < 3; ++pass) {
+            linear_ticks(lo, hi, f.area_width, hspace, fr.hticks, least);
+            double widest = 0.0;
+            for (int i = 0; i < fr.hticks.count; ++i)
+                widest = std::max(widest, text_width(m, fr.hticks.label[i]));
+            const double room = widest + 0.15 * fr.ppi_x;
+            if (fr.hticks.count < 2 || fr.hticks.value[1] - fr.hticks.value[0] >=
+                                           room * (hi - lo) / f.area_width) break;
+            least = std::max(least, room);
+        }
     }
     visible_range(false, lo, hi);
     const double vspace = 0.5 * fr.ppi_y;
@@ -123,7 +130,8 @@ void make_ticks(Frame& fr) {
     } else if (s.vdatetime != 0) {
         datetime_ticks(lo, hi, f.area_height, vspace, fr.vticks);
     } else {
-        linear_ticks(lo, hi, f.area_height, vspace, fr.vticks);
+        const double line = fr.metrics(fr.number_font).height();
+        linear_ticks(lo, hi, f.area_height, vspace, fr.vticks, std::max(0.35 * fr.ppi_y, 2.0 * line));
     }
 }
 

@@ -1,6 +1,7 @@
 // Tick positions and numbers of linear and log axes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -23,7 +24,7 @@ TEST(AxisTicks, LinearStepsAreOneTwoOrFiveAndNumbersShareAForm) {
     linear_ticks(-0.25, 0.75, 300, 60, t);  // 0.2 apart
     EXPECT_EQ(labels(t), (std::vector<std::string>{"\u22120.2", "0.0", "0.2", "0.4", "0.6"}));
     EXPECT_EQ(t.value[1], 0.0);  // no -5.55e-17 at zero
-    linear_ticks(0.1, 0.35, 500, 50, t);
+    linear_ticks(0.1, 0.35, 500, 50, t, 50);  // at least 0.025: 0.05
     EXPECT_EQ(labels(t).front(), "0.10");
     EXPECT_EQ(labels(t).back(), "0.35");
     linear_ticks(1e6, 5e6, 400, 100, t);
@@ -33,6 +34,30 @@ TEST(AxisTicks, LinearStepsAreOneTwoOrFiveAndNumbersShareAForm) {
     linear_ticks(0, 3e-5, 300, 100, t);
     EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "1e\u22125", "2e\u22125", "3e\u22125"}));
     for (int i = 1; i < t.count; ++i) EXPECT_GT(t.value[i], t.value[i - 1]);
+}
+
+TEST(AxisTicks, LinearStepComesNearestTheWishedSpacingAtAnyZoom) {
+    AxisTicks t;
+    // 0 .. 2.2 on a 3-inch axis at 96 pixels an inch, a number wished every
+    // 0.6 inch: 0.5 apart (0.65 inch), not 1 apart (three numbers).
+    linear_ticks(0, 2.2, 288, 0.6 * 96, t);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0.0", "0.5", "1.0", "1.5", "2.0"}));
+    // ... unless the labels need more room.
+    linear_ticks(0, 2.2, 288, 0.6 * 96, t, 0.9 * 96);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "1", "2"}));
+    // Zooming by 1.1 at a time over six decades, the numbers stay within a
+    // factor 1.6 of the wished spacing, never closer than the least, and
+    // where the least pushes them apart, within the next 1-2-5 step of it.
+    const double length = 600, wished = 77, least = 50;
+    for (double width = 1e-3; width < 1e3; width *= 1.1) {
+        const double lo = -0.37 * width;
+        linear_ticks(lo, lo + width, length, wished, t, least);
+        ASSERT_GE(t.count, 2) << width;
+        const double apart = (t.value[1] - t.value[0]) * length / width;
+        EXPECT_GE(apart, least - 1e-6) << width;
+        EXPECT_LE(apart, std::max(wished * 1.6, least * 2.5)) << width;
+        EXPECT_GE(apart, wished / 1.6) << width;
+    }
 }
 
 TEST(AxisTicks, DegenerateRangesGiveNoTicks) {
