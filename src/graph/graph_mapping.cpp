@@ -285,6 +285,15 @@ int zoom_to_rectangle(double x0, double y0, double x1, double y1) {
     return 0;
 }
 
+void keep_axis_range(double left, double right, double bottom, double top) {
+    const Axis h = axis(true);
+    const Axis v = axis(false);
+    if (!(h.area_inches > 0.0 && v.area_inches > 0.0 && right > left && top > bottom)) return;
+    fix(h, (right - left) / h.area_inches, -left);
+    fix(v, (top - bottom) / v.area_inches, -bottom);
+    repaint_full();
+}
+
 int move_view(double dx, double dy) {
     if (graph.settings.lockscreen != 0) return 0;
     const GraphSurface& f = graph.surface;

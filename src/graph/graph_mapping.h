@@ -52,6 +52,11 @@ void home_view();
 /// way is ignored (0).
 int zoom_to_rectangle(double x0, double y0, double x1, double y1);
 
+/// Sets the scales so that the plotting area as now laid out shows left..right
+/// and bottom..top (values on the axes' own scales): a zoom to a rectangle
+/// keeps its corners when the new numbers change the room of the area.
+void keep_axis_range(double left, double right, double bottom, double top);
+
 /// Moves the view by a number of pixels (the arrow keys), with the limits of
 /// a drag. Returns 0 or -1 after a refusal shown in a "Graph Move" box.
 int move_view(double dx, double dy);

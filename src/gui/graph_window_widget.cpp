@@ -140,8 +140,23 @@ void GraphCanvas::mouseReleaseEvent(QMouseEvent* event) {
     } else if (event->button() == Qt::RightButton && band_ != nullptr && band_->isVisible()) {
         band_->hide();
         const QPointF a = surface_point(QPointF(band_start_));
-        (void)zoom_to_rectangle(a.x(), a.y(), p.x(), p.y());
+        if (zoom_to_rectangle(a.x(), a.y(), p.x(), p.y()) == 0) keep_rectangle();
     }
+}
+
+void GraphCanvas::keep_rectangle() {
+    // The new view's numbers may need more or less room beside the area:
+    // lay it out once and fit the chosen rectangle to the area it leaves.
+    const GraphSettings& s = graph.settings;
+    const GraphSurface& f = graph.surface;
+    if (!(f.ppi_x > 0 && f.ppi_y > 0)) return;
+    const double left = -s.hoffset_calculated;
+    const double bottom = -s.voffset_calculated;
+    const double right = left + s.hscale_calculated * f.area_width / f.ppi_x;
+    const double top = bottom + s.vscale_calculated * f.area_height / f.ppi_y;
+    QImage scratch;
+    GraphPaintState state;
+    if (render_graph_image(scratch, ppi(), target_image, state) == 0) keep_axis_range(left, right, bottom, top);
 }
 
 void GraphCanvas::keyPressEvent(QKeyEvent* event) {

@@ -52,6 +52,7 @@ protected:
 
 private:
     QPointF surface_point(QPointF widget_point) const;
+    void keep_rectangle();
     GraphPaintState state_;
     int wheel_rest_ = 0;
     QRubberBand* band_ = nullptr;
