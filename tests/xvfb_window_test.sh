@@ -1,8 +1,9 @@
 #!/bin/sh
 # The real window under Xvfb: typing "print 6*7" and Enter into the focused
 # command field shows 42, and the log (CreateLogFile on) receives it; GRAPH
-# typed there opens the graph window, and Ctrl+Q closes both windows. The
-# window program also waits a moment for a display that is still starting.
+# typed there opens the graph window and leaves the keys with the field, and
+# Ctrl+Q closes both windows. The window program also waits a moment for a
+# display that is still starting.
 # Usage: xvfb_window_test.sh PATH-TO-TESSALINE
 set -u
 bin=$1
@@ -75,6 +76,12 @@ for i in $(seq 1 50); do
 done
 [ -n "$graph" ] || fail "GRAPH opened no graph window: $(tail -5 "$log" 2>/dev/null)"
 grep -q 'ERROR' "$log" && fail "GRAPH failed: $(cat "$log")"
+# The command field keeps the keys: the next command typed goes to it.
+sleep 0.5
+xdotool type --delay 20 'print 7*8'
+xdotool key Return
+for i in $(seq 1 50); do grep -q ' 56$' "$log" 2>/dev/null && break; sleep 0.1; done
+grep -q ' 56$' "$log" || fail "the graph window took the keys from the command field: $(tail -3 "$log" 2>/dev/null)"
 # Closing the main window takes the graph window along and ends the program cleanly.
 xdotool windowfocus "$win" 2>/dev/null
 sleep 0.2

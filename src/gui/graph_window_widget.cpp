@@ -320,6 +320,10 @@ bool QtGraphWindow::create() {
     frame_->resize(default_frame_size(frame_->screen()));
     frame_->on_print = [this] { (void)print_graph(); };
     frame_->on_save = [this] { (void)save_graph_as(); };
+    // Opened by a program or a command, the window comes up beside the main
+    // window without taking the keyboard from the Command field; a click on
+    // it gives it the keys (zoom, move, Home).
+    frame_->setAttribute(Qt::WA_ShowWithoutActivating);
     if (visible_) {
         frame_->showNormal();
         frame_->raise();

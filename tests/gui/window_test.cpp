@@ -519,6 +519,12 @@ private slots:
         QVERIFY(graphs->frame() != nullptr);
         QTRY_VERIFY(graphs->frame()->isVisible());
         QCOMPARE(graphs->frame()->windowTitle(), QStringLiteral("Tessaline Graph"));
+        // The Command field keeps the keys; the graph window is shown without
+        // taking activation, and its canvas takes the keys when clicked.
+        QVERIFY(graphs->frame()->testAttribute(Qt::WA_ShowWithoutActivating));
+        QVERIFY(window->command_field()->hasFocus() || !window->isActiveWindow());
+        QVERIFY(!graphs->frame()->isActiveWindow());
+        QCOMPARE(graphs->frame()->canvas()->focusPolicy(), Qt::StrongFocus);
         window->submit(QStringLiteral("for i = 1 to 20: plot x = i, y = i * i: next i"));
         QVERIFY(!text().contains(QStringLiteral("ERROR")));
         QCOMPARE(tl::graph.series.at(0).point_count, 20);
