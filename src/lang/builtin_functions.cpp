@@ -116,13 +116,7 @@ int dummy_result(int kind) {
     switch (kind) {
         case S: return text_result("", 0);
         case L: {
-            LongNumber& w = long_state.work;
-            w.blocks[0] = 0;
-            w.len = 1;
-            w.blks = 1;
-            w.sgn = 0;
-            w.exp = 1;
-            w.nrm = 1;
+            long_set_zero(long_state.work);
             return long_result();
         }
         default: return double_result(0.0);

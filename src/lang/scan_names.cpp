@@ -49,19 +49,10 @@ void remember_name(std::string_view name) {
     lang.scan.name_element = nullptr;
 }
 
-void set_long_zero(LongNumber& n) {
-    n.blocks[0] = 0;
-    n.len = 1;
-    n.blks = 1;
-    n.sgn = 0;
-    n.exp = 1;
-    n.nrm = 1;
-}
-
 /// Loads a variable's or element's long number (0 = no value yet) into the work register.
 void load_long(std::uint32_t ref) {
     if (ref == 0) {
-        set_long_zero(long_state.work);
+        long_set_zero(long_state.work);
     } else {
         long_copy(long_at(ref), long_state.work);
     }
@@ -194,7 +185,7 @@ int create_unknown(Item& item, int mode, std::string_view name) {
     switch (type) {
         case kind_string: return give_string(item, "");
         case kind_long:
-            set_long_zero(long_state.work);
+            long_set_zero(long_state.work);
             item.kind = kind_long;
             return kind_long;
         default:
@@ -294,7 +285,7 @@ int fetch_element(Item& item, int mode, ArrayEntry* a, int count, const double* 
         item.array = a;
         if (a->type == kind_string) return give_string(item, "");
         if (a->type == kind_long) {
-            set_long_zero(long_state.work);
+            long_set_zero(long_state.work);
             item.kind = kind_long;
             return kind_long;
         }

@@ -5,6 +5,7 @@
 
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
+#include "longmath/long_convert.h"
 #include "longmath/long_state.h"
 
 namespace tl {
@@ -76,12 +77,7 @@ std::int64_t new_temp_long() {
     if (s.next_free > s.high_water) s.high_water = s.next_free;
     LongNumber& n = s.slots[i];
     n.owner[0] = 1;
-    n.len = 1;
-    n.blks = 1;
-    n.sgn = 0;
-    n.exp = 1;
-    n.nrm = 1;
-    n.blocks[0] = 0;
+    long_set_zero(n);
     return static_cast<std::int64_t>(i | temp_long_flag);
 }
 
