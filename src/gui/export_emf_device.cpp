@@ -145,7 +145,24 @@ public:
         SetTextColor(dc(), colour_ref(pen_.color(), device_.backdrop_));
         const POINT at = device_point(origin);
         std::vector<WCHAR> wide(text.utf16(), text.utf16() + text.size());
+        // Text stretched sideways (spanning x..x2) is written through a
+        // world transform that widens it about its starting point.
+        const double xscale = std::hypot(transform_.m11(), transform_.m12());
+        const bool stretched = yscale > 0.0 && std::fabs(xscale / yscale - 1.0) > 1e-3;
+        if (stretched) {
+            const double ratio = xscale / yscale;
+            XFORM widen{};
+            widen.eM11 = static_cast<FLOAT>(ratio);
+            widen.eM22 = 1.0F;
+            widen.eDx = static_cast<FLOAT>(at.x * (1.0 - ratio));
+            SetWorldTransform(dc(), &widen);
+        }
         ExtTextOutW(dc(), at.x, at.y, 0, nullptr, wide.data(), static_cast<UINT>(wide.size()), nullptr);
+        if (stretched) {
+            XFORM identity{};
+            identity.eM11 = identity.eM22 = 1.0F;
+            SetWorldTransform(dc(), &identity);
+        }
         SelectObject(dc(), old);
         DeleteObject(font);
     }

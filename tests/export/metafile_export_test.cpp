@@ -85,6 +85,39 @@ TEST_F(MetafileExport, LinesAreCutAtThePlottingAreaAndOutsideTextsLeftOut) {
     EXPECT_LT(mean_difference(rendered, screen), 6.0);
 }
 
+TEST_F(MetafileExport, StretchedTextIsAsWideAsOnTheScreen) {
+    // The same word once at its own width and once stretched over x = -4 .. 4.
+    program({"graph width = 6, height = 4, nogrid, noaxes, noborder", "plot color = (255, 255, 255)",
+             "plot x = -5, y = 0", "plot x = 5, y = 10",
+             "text string = \"WIDE\", x = -4, x2 = 4, y = 6, color = (220, 30, 30)",
+             "text string = \"WIDE\", x = 0, y = 2, color = (30, 30, 200)"});
+    const std::string file = path("stretched.emf");
+    ASSERT_EQ(gui::write_graph_metafile(file, tell), 0);
+    const QString svg = as_svg(file);
+    ASSERT_FALSE(svg.isEmpty());
+    const QString png = QString::fromStdString(file) + ".png";
+    ASSERT_TRUE(run_tool("rsvg-convert", {"-w", "600", "-h", "400", "-o", png, QString::fromStdString(file) + ".svg"}));
+    const QImage rendered = QImage(png).convertToFormat(QImage::Format_RGB32);
+    const QImage screen = screen_image(100);
+    ASSERT_EQ(rendered.size(), screen.size());
+    // The horizontal extent of a colour's pixels.
+    const auto extent = [](const QImage& image, bool red) {
+        int lo = image.width(), hi = -1;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor c = image.pixelColor(x, y);
+                const bool hit = red ? c.red() > 150 && c.blue() < 120 : c.blue() > 150 && c.red() < 120;
+                if (hit) lo = std::min(lo, x), hi = std::max(hi, x);
+            }
+        return hi - lo + 1;
+    };
+    const int stretched_screen = extent(screen, true);
+    const int plain_screen = extent(screen, false);
+    ASSERT_GT(stretched_screen, 2 * plain_screen);
+    EXPECT_NEAR(extent(rendered, true), stretched_screen, stretched_screen / 10) << "plain " << extent(rendered, false);
+    EXPECT_NEAR(extent(rendered, false), plain_screen, plain_screen / 5 + 2);
+}
+
 TEST_F(MetafileExport, AFileThatCannotBeMadeIsTold) {
     draw_sample();
     EXPECT_EQ(gui::write_graph_metafile(path("missing/graph.emf"), tell), -1);
