@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -102,6 +103,29 @@ public:
 
 private:
     char folder_[4096];
+};
+
+/// The program file of an input, in a private temporary folder: programs
+/// are loaded through the same file reading as `run "file"`.
+class ProgramFile {
+public:
+    ProgramFile() {
+        const char* tmp = std::getenv("TMPDIR");
+        std::string folder = std::string(tmp != nullptr && tmp[0] != 0 ? tmp : "/tmp") + "/tessaline-fuzz-XXXXXX";
+        if (mkdtemp(folder.data()) == nullptr) std::abort();
+        path_ = folder + "/program.bas";
+    }
+    /// Writes `text` byte for byte (NUL bytes, lone CRs and overlong lines included).
+    void write(std::string_view text) const {
+        std::FILE* f = std::fopen(path_.c_str(), "wb");
+        if (f == nullptr) std::abort();
+        if (std::fwrite(text.data(), 1, text.size(), f) != text.size()) std::abort();
+        std::fclose(f);
+    }
+    const char* path() const { return path_.c_str(); }
+
+private:
+    std::string path_;
 };
 
 }  // namespace tl::fuzz

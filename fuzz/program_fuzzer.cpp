@@ -4,13 +4,8 @@
 // (NUL bytes, lone CRs and overlong lines included); the lines behind it
 // answer INPUT. The program is loaded through the same file reading as
 // `run "file"`, so the file is written to a private temporary folder first.
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <string>
 #include <string_view>
 
 #include "exec/commands.h"
@@ -22,7 +17,7 @@ namespace {
 struct Harness {
     tl::fuzz::FuzzFrontEnd front_end;
     tl::fuzz::FolderKeeper folder;
-    std::string file;
+    tl::fuzz::ProgramFile file;
 };
 
 Harness* harness = nullptr;
@@ -33,10 +28,6 @@ constexpr std::string_view input_marker = "\n#INPUT#\n";
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     harness = new Harness;
-    const char* tmp = std::getenv("TMPDIR");
-    std::string folder = std::string(tmp != nullptr && tmp[0] != 0 ? tmp : "/tmp") + "/tessaline-fuzz-XXXXXX";
-    if (mkdtemp(folder.data()) == nullptr) std::abort();
-    harness->file = folder + "/program.bas";
     return 0;
 }
 
@@ -48,13 +39,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view answers =
         marker == std::string_view::npos ? std::string_view() : all.substr(marker + input_marker.size());
 
-    std::FILE* f = std::fopen(harness->file.c_str(), "wb");
-    if (f == nullptr) std::abort();
-    if (std::fwrite(program.data(), 1, program.size(), f) != program.size()) std::abort();
-    std::fclose(f);
-
+    harness->file.write(program);
     tl::fuzz::start_interpreter(harness->front_end, answers);
-    (void)tl::load_and_run(harness->file.c_str(), false, false);
+    (void)tl::load_and_run(harness->file.path(), false, false);
     // Whatever the program did, the prompt must still work afterwards.
     tl::exec.statement_budget = tl::fuzz::statements_per_input;
     harness->front_end.pumps = 0;

@@ -2,7 +2,7 @@
 # Runs one fuzz target for a given time at the lowest priority.
 #
 # usage: fuzz/run.sh TARGET SECONDS [libFuzzer options...]
-#   TARGET: command_line | program | long_number
+#   TARGET: command_line | program | long_number | graph
 #
 # Installs clang and its runtime when missing (scripts/install-deps fuzz),
 # builds the targets with clang++ in build-fuzz (TESSALINE_FUZZ_BUILD overrides
@@ -15,8 +15,8 @@ target=${1:?usage: fuzz/run.sh TARGET SECONDS}
 seconds=${2:?usage: fuzz/run.sh TARGET SECONDS}
 shift 2
 case $target in
-  command_line|program|long_number) ;;
-  *) echo "unknown target '$target' (command_line, program, long_number)" >&2; exit 2 ;;
+  command_line|program|long_number|graph) ;;
+  *) echo "unknown target '$target' (command_line, program, long_number, graph)" >&2; exit 2 ;;
 esac
 build=${TESSALINE_FUZZ_BUILD:-$root/build-fuzz}
 "$root"/scripts/install-deps fuzz
@@ -49,6 +49,27 @@ if [ -z "$(ls -A "$corpus")" ]; then
         } ;;
     long_number)
       cp "$root"/fuzz/seeds/numbers/* "$corpus"/ ;;
+    graph)
+      # The graph programs of the examples and tests, the graph lines of each
+      # graph unit test and of the graphs page, each followed by window
+      # operations that use every kind once (see graph_fuzzer.cpp).
+      operations='\x0a\x00\x80\x80\x08\x00\x40\x40\xf8\x01\x60\x60\x00\x02\x90\x90\x03\xa0\xa0\x00'
+      operations+='\x04\x30\x30\x05\xc0\xc0\x06\xc0\xc0\x07\x00\x07\x02\x07\x03\x07\x05\x07\x07\x08\x40\x30'
+      operations+='\x0a\x09\x00\x80\x80\x08\x09\x0b\x80\x01\x0b\xff\x02\x0b\x00\x03\x0b\xc0\x04\x0c\x0d\x05'
+      seed() { { cat; printf '\n#WINDOW#\n%b' "$operations"; } >"$(mktemp "$corpus/graph.XXXXXX")"; }
+      for bas in "$root"/examples/graphs/*.bas "$root"/tests/batch/*.bas "$root"/tests/programs/*.bas; do
+        if grep -qiE '^[[:space:]]*[0-9]*[[:space:]]*(graph|plot|text)[[:space:]]' "$bas"; then seed <"$bas"; fi
+      done
+      # One program per test: its quoted lines that start with graph, plot or text.
+      for test in "$root"/tests/unit/*graph*_test.cpp "$root"/tests/unit/plot_text_test.cpp \
+                  "$root"/tests/graph_render/*_test.cpp; do
+        perl -ne 'if (/^TEST(_F)?\(/) { print "$body\0" if $body; $body = "" }
+                  while (/"((?:graph|plot|text)\b(?:[^"\\]|\\.)*)"/gi) { ($l = $1) =~ s/\\"/"/g; $body .= "$l\n" }
+                  END { print "$body\0" if $body }' "$test" |
+          while IFS= read -r -d '' body; do printf '%s' "$body" | seed; done
+      done
+      grep -E '^    [A-Z]' "$root"/docs/graphs.md | grep -v 'GRAPH parameters' | sed 's/^    //' | seed
+      cp "$root"/fuzz/seeds/graph/* "$corpus"/ 2>/dev/null || true ;;
   esac
 fi
 
@@ -58,10 +79,11 @@ if [ "$target" != long_number ]; then
   dict=$build/basic.dict
   grep -o '^ *"[a-z$][a-z0-9$_.]*",' "$root"/src/lang/keyword_tables.cpp | sed 's/^ *\("[^"]*"\),/\1/' |
     sort -u >"$dict"
-  printf '"\\x0d\\x0a"\n"#INPUT#"\n":"\n"("\n")"\n"\\x22"\n' >>"$dict"
+  printf '"\\x0d\\x0a"\n"#INPUT#"\n"#WINDOW#"\n":"\n"("\n")"\n"\\x22"\n' >>"$dict"
   options+=("-dict=$dict")
 fi
 case $target in
+  graph) options+=(-max_len=8192) ;;
   command_line) options+=(-max_len=600) ;;
   program) options+=(-max_len=16384) ;;
   long_number) options+=(-max_len=8192) ;;
@@ -73,7 +95,8 @@ esac
 # single allocation is not refused for its size alone.
 cd "$work"
 status=0
-TMPDIR=$work ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+TMPDIR=$work ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 LSAN_OPTIONS=suppressions=$root/tests/lsan_desktop.supp \
+  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
   nice -n 19 "$binary" -jobs=1 -workers=1 -max_total_time="$seconds" -timeout=20 -rss_limit_mb=3072 -malloc_limit_mb=17000 \
   -artifact_prefix="$artifacts/" -print_final_stats=1 "${options[@]}" "$@" "$corpus" </dev/null \
   >"$work/run.log" 2>&1 || status=$?
