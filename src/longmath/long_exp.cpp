@@ -29,7 +29,23 @@ bool above_three_and_a_half(const LongNumber& z) {
     return z.blks > 1;
 }
 
-int exp_driver(const LongNumber& x, bool ten, LongNumber& result) {
+/// Which exponential the driver forms.
+enum class ExpKind {
+    e,     ///< e^x within the e^x limit (169)
+    ten,   ///< 10^x within the 10^x limit (170)
+    wide,  ///< e^x wherever the result's exponent is in range (151 outside)
+};
+
+/// |x| > 2.4e9: a wide e^x then lies out of range whatever its digits, as
+/// (exponent limit + 2) * ln 10 is below that (and 10^c keeps to an int).
+bool beyond_wide_range(const LongNumber& v) {
+    if (long_is_zero(v) || v.exp != 10) return v.exp > 10;
+    return v.blocks[0] > 24000000u || (v.blocks[0] == 24000000u && v.blks > 1);
+}
+
+int exp_driver(const LongNumber& x, ExpKind kind, LongNumber& result) {
+    const bool ten = kind == ExpKind::ten;
+    const bool bounded = kind != ExpKind::wide;
     int rc = long_require_floating();
     if (rc < 0) return rc;
     const auto start = long_timer_start();
@@ -59,8 +75,10 @@ int exp_driver(const LongNumber& x, bool ten, LongNumber& result) {
         result.nrm = 1;
     } else if (ten && (v.exp > 7 || (v.exp == 7 && (b0 > 10000000u || v.blks > 1)))) {
         return report_error(err_long_exp10_too_large);
-    } else if (!ten && (v.exp > 7 || (v.exp == 7 && b0 > 23025850u))) {
+    } else if (bounded && !ten && (v.exp > 7 || (v.exp == 7 && b0 > 23025850u))) {
         return report_error(err_long_exp_too_large);
+    } else if (!bounded && beyond_wide_range(v)) {
+        return report_error(err_exponent_out_range);
     } else if (ten && long_is_zero(v)) {
         long_set_int(result, 1);
     } else {
@@ -96,10 +114,16 @@ int exp_driver(const LongNumber& x, bool ten, LongNumber& result) {
         long_debug_dump("nln", z, 0);
         rc = long_exp_core(z, result);
         if (rc < 0) return rc;
+        // The scaled exponent is checked before it is formed (it may not fit).
+        rc = long_check_exponent_sum(result.exp + characteristic, true);
+        if (rc < 0) return rc;
         result.exp += static_cast<std::int32_t>(characteristic);
     }
     if (rc < 0) return rc;
     long_round_at(result, target);
+    // Rounding up to the next power of ten raises the exponent by one.
+    rc = long_check_exponent(result, true);
+    if (rc < 0) return rc;
     long_timer_report("EXP Calc. Time: ", start);
     return 0;
 }
@@ -152,8 +176,10 @@ int long_exp_core(const LongNumber& z, LongNumber& out) {
     return 0;
 }
 
-int long_exp(const LongNumber& x, LongNumber& result) { return exp_driver(x, false, result); }
+int long_exp(const LongNumber& x, LongNumber& result) { return exp_driver(x, ExpKind::e, result); }
 
-int long_exp10(const LongNumber& x, LongNumber& result) { return exp_driver(x, true, result); }
+int long_exp10(const LongNumber& x, LongNumber& result) { return exp_driver(x, ExpKind::ten, result); }
+
+int long_exp_wide(const LongNumber& x, LongNumber& result) { return exp_driver(x, ExpKind::wide, result); }
 
 }  // namespace tl

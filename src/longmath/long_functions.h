@@ -12,6 +12,9 @@ namespace tl {
 [[nodiscard]] int long_sqrt(const LongNumber& x, LongNumber& result);   ///< 199 for x < 0, 167 internal
 [[nodiscard]] int long_exp(const LongNumber& x, LongNumber& result);    ///< e^x; 168/169 limits
 [[nodiscard]] int long_exp10(const LongNumber& x, LongNumber& result);  ///< 10^x; 170 limit
+/// e^x for any x whose result lies in the exponent range, through the same
+/// split as e^x (10^c times e^(m ln 10)); a result out of it is 151.
+[[nodiscard]] int long_exp_wide(const LongNumber& x, LongNumber& result);
 [[nodiscard]] int long_log(const LongNumber& x, LongNumber& result);    ///< ln x; 209, 210
 [[nodiscard]] int long_log10(const LongNumber& x, LongNumber& result);  ///< log10 x through ln 10
 [[nodiscard]] int long_sin(const LongNumber& x, bool degrees, LongNumber& result);

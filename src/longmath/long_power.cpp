@@ -16,14 +16,19 @@
 namespace tl {
 namespace {
 
-/// Largest decimal exponent a power may reach (that of 10^x's exact results).
-constexpr double max_power_exponent = 10000000.0;
+/// Estimated |decimal exponent| of a power beyond which it is refused at
+/// once as out of range. Up to it the power is formed and its exponent
+/// checked exactly; the estimate is far closer than the 2 of slack.
+constexpr double max_power_exponent = static_cast<double>(long_exponent_limit) + 2.0;
+/// ln 10, to turn a decimal exponent into the size of y ln x.
+constexpr double ln_ten = 2.302585092994046;
 /// Integer exponents up to this are done by repeated squaring.
 constexpr std::int64_t max_integer_exponent = 1LL << 31;
 /// The longest exact power an integer root's exact check forms.
 constexpr std::int64_t max_exact_root_digits = 100000;
 
 int power_error() { return report_error(err_power_root_error_result); }
+int range_error() { return report_error(err_exponent_out_range); }
 
 /// log10 |x| as a double (x non-zero, normalised).
 double decimal_log(const LongNumber& x) {
@@ -53,7 +58,9 @@ bool is_one_half(const LongNumber& y) {
 /// True for x = 1 or x = -1.
 bool unit_magnitude(const LongNumber& x) { return x.exp == 1 && x.blks == 1 && x.blocks[0] == 10000000u; }
 
-/// x^n for an integer n by repeated squaring, at the current precision.
+/// x^n for an integer n by repeated squaring, at the current precision. A
+/// negative n squares 1/x, so that no square lies further from 1 than the
+/// result (x^|n| may be out of range where x^n is not).
 int integer_power(const LongNumber& x, std::int64_t n, LongNumber& result) {
     LongWorkFrame frame;
     const int precision = long_state.mode.precision;
@@ -62,6 +69,11 @@ int integer_power(const LongNumber& x, std::int64_t n, LongNumber& result) {
     LongNumber& one = frame.take(8);
     long_set_int(one, 1);
     long_copy(x, square);
+    if (n < 0) {
+        long_copy(square, product);
+        const int rc = long_divide(one, product, square);
+        if (rc < 0) return rc;
+    }
     long_set_int(result, 1);
     std::uint64_t m = static_cast<std::uint64_t>(std::llabs(n));
     for (;;) {
@@ -77,14 +89,10 @@ int integer_power(const LongNumber& x, std::int64_t n, LongNumber& result) {
         if (rc < 0) return rc;
         long_exchange(square, product);
     }
-    if (n < 0) {
-        long_copy(result, square);
-        return long_divide(one, square, result);
-    }
     return 0;
 }
 
-/// e^(y ln|x|) for x > 0.
+/// e^(y ln|x|) for x > 0, over the whole exponent range (151 beyond it).
 int real_power(const LongNumber& x, const LongNumber& y, LongNumber& result) {
     LongWorkFrame frame;
     const int precision = long_state.mode.precision;
@@ -92,7 +100,7 @@ int real_power(const LongNumber& x, const LongNumber& y, LongNumber& result) {
     LongNumber& t = frame.take(precision + 16);
     int rc = long_log(x, ln);
     if (rc == 0) rc = long_multiply(ln, y, t);
-    if (rc == 0) rc = long_exp(t, result);
+    if (rc == 0) rc = long_exp_wide(t, result);
     return rc;
 }
 
@@ -199,9 +207,10 @@ int long_power(const LongNumber& x, const LongNumber& y, LongNumber& result) {
     }
     // x ^ 0.5 is the square root, correctly rounded at the precision.
     if (is_one_half(y)) return long_sqrt(x, result);
-    // The size of the result, estimated: too large an exponent is refused here.
+    // The size of the result, estimated: an exponent far out of range is
+    // refused here, one near its ends when the power is formed.
     const double magnitude = std::fabs(to_double_or_zero(y) * decimal_log(x));
-    if (!(magnitude <= max_power_exponent)) return power_error();
+    if (!(magnitude <= max_power_exponent)) return range_error();
 
     const LongPrecisionGuard guard;
     const int target = long_state.mode.precision;
@@ -211,7 +220,8 @@ int long_power(const LongNumber& x, const LongNumber& y, LongNumber& result) {
     base.sgn = 0;
     // Each squaring can double the relative error: n's digits are lost; so
     // are the integer digits of y ln x in e^(y ln x).
-    const int extra = by_squaring ? digits_lost_to(static_cast<double>(std::llabs(n))) : digits_lost_to(magnitude);
+    const int extra = by_squaring ? digits_lost_to(static_cast<double>(std::llabs(n)))
+                                  : digits_lost_to(magnitude * ln_ten);
     bool decided = false;
     rc = long_round_from_guard_digits(
         target, extra,
@@ -271,12 +281,12 @@ int long_root(const LongNumber& x, const LongNumber& n, LongNumber& result) {
         return 0;
     }
     long_set_int(one, 1);
-    // |log10 x / n| estimated, the size of the result: too large is refused
-    // here (an n too small for a double gives infinity). The digits of 1/n
-    // and of ln x it costs are added.
+    // |log10 x / n| estimated, the size of the result: far out of range is
+    // refused here (an n too small for a double gives infinity). The digits
+    // of 1/n and of ln x it costs are added.
     const double decimal_magnitude = std::fabs(decimal_log(base) / to_double_or_zero(n));
-    if (!(decimal_magnitude <= max_power_exponent)) return power_error();
-    const double magnitude = decimal_magnitude * 2.302585093;
+    if (!(decimal_magnitude <= max_power_exponent)) return range_error();
+    const double magnitude = decimal_magnitude * ln_ten;
     bool decided = false;
     rc = long_round_from_guard_digits(
         target, digits_lost_to(magnitude),

@@ -499,6 +499,39 @@ TEST_F(CorrectRounding, Powers) {
     }
 }
 
+// Powers and roots whose y ln x lies beyond what e^x takes (about 10^1000000)
+// are formed through 10^c as well, whole or fractional y, of either sign.
+TEST_F(CorrectRounding, PowersBeyondTheReachOfTheExponential) {
+    std::mt19937_64 rng(5);
+    const auto pow = [](mpfr_t out, const mpfr_t a, const mpfr_t b, mpfr_rnd_t rnd) { mpfr_pow(out, a, b, rnd); };
+    for (bool rounding : {true, false}) {
+        mode.rounding = rounding;
+        for (int digits : {11, 40}) {
+            {
+                mode.precision = digits;
+                std::string xt = random_number_text(rng, digits, 0);
+                if (xt[0] == '-') xt.erase(0, 1);
+                const LongNumber x = make_long("1" + xt);  // 1 to 10: |y| log10 x up to 1.5e6
+                const std::string whole = std::to_string(1000000 + rng() % 500000);
+                for (const std::string& yt : {whole, whole + ".37", "-" + whole + ".5", "-" + whole}) {
+                    const LongNumber y = make_long(yt);
+                    LongNumber r;
+                    ASSERT_EQ(long_power(x, y, r), 0) << text_of(x) << " ^ " << yt << fe.output;
+                    EXPECT_TRUE(rounds_correctly(r, pow, x, y, digits)) << text_of(x) << " ^ " << yt;
+                }
+            }
+        }
+    }
+    // root(x, 1/k) is x^k.
+    mode.rounding = true;
+    mode.precision = 30;
+    LongNumber r, p;
+    ASSERT_EQ(long_root(make_long("3"), make_long(".0000005"), r), 0) << fe.output;
+    ASSERT_EQ(long_power(make_long("3"), make_long("2000000"), p), 0);
+    EXPECT_EQ(text_of(r), text_of(p));
+    EXPECT_EQ(p.exp, 954243);  // 3^2000000 = 10^954242.54...
+}
+
 // "^" forms the power with 16 more digits and rounds back; where those digits
 // read as a tie that the exact value is not, it rounds once, at the length.
 TEST_F(CorrectRounding, ThePowerOperatorDoesNotRoundTwice) {
@@ -540,14 +573,16 @@ TEST_F(LongFunctionsTest, PowerRootAndHalf) {
     fe.take();
     EXPECT_EQ(long_power(make_long("-2"), make_long("0.5"), r), -err_power_root_error_result);
     EXPECT_EQ(long_power(make_long("0"), make_long("-1"), r), -err_power_root_error_result);
-    EXPECT_EQ(long_power(make_long("10"), make_long("1e8"), r), -err_power_root_error_result);
     EXPECT_EQ(long_root(make_long("-16"), make_long("4"), r), -err_power_root_error_result);
     EXPECT_EQ(long_root(make_long("16"), make_long("0"), r), -err_power_root_error_result);
-    // A root of a degree too small: its result would be too large (the
-    // degree is 0 as a double).
-    EXPECT_EQ(long_root(make_long("2"), make_long("1e-400"), r), -err_power_root_error_result);
-    EXPECT_EQ(long_root(make_long("2"), make_long("1e-8"), r), -err_power_root_error_result);
     EXPECT_NE(fe.take().find("Power or root - error result."), std::string::npos);
+    // Results out of the exponent range: a root of a degree too small (0 as
+    // a double, or just small), a power too large.
+    EXPECT_EQ(long_root(make_long("2"), make_long("1e-400"), r), -err_exponent_out_range);
+    EXPECT_EQ(long_root(make_long("2"), make_long("1e-10"), r), -err_exponent_out_range);
+    EXPECT_EQ(long_power(make_long("10"), make_long("1e9"), r), -err_exponent_out_range);
+    EXPECT_EQ(long_power(make_long("2"), make_long("1e300"), r), -err_exponent_out_range);
+    EXPECT_NE(fe.take().find("Exponent out of range."), std::string::npos);
     ASSERT_EQ(long_half(make_long("-12345678901234567.000000001"), r), 0);
     EXPECT_EQ(text_of(r), "-6172839450617283.5000000005");
     mode.integer_mode = true;
@@ -564,7 +599,8 @@ TEST_F(LongFunctionsTest, ErrorsLeaveThePrecisionAndRecordsAsTheyWere) {
     EXPECT_EQ(long_log(make_long("0"), r), -err_cannot_take_logarithm_zero);
     EXPECT_EQ(long_log10(make_long("-1"), r), -err_cannot_take_logarithm_negative_number);
     EXPECT_EQ(long_exp(make_long("1e9"), r), -err_long_exp_too_large);
-    EXPECT_EQ(long_power(make_long("10"), make_long("1e300"), r), -err_power_root_error_result);
+    EXPECT_EQ(long_power(make_long("10"), make_long("1e300"), r), -err_exponent_out_range);
+    EXPECT_EQ(long_power(make_long("10"), make_long("1e9"), r), -err_exponent_out_range);
     EXPECT_EQ(mode.precision, 40);
     EXPECT_EQ(long_state.functions.function_top, 0u);
     mode.integer_mode = true;
