@@ -23,6 +23,7 @@
 #include "gui/export_print.h"
 #include "gui/export_save_dialog.h"
 #include "gui/graph_window_widget.h"
+#include "shell/session.h"
 #include "shell/shell_state.h"
 
 namespace tl::gui {
@@ -56,7 +57,7 @@ JpegChoice jpeg_proposal() {
     return c;
 }
 
-/// Keeps the choice for the next export and the next session.
+/// Keeps the choice for the next export and the next session (written at once).
 void remember_jpeg_choice(const JpegChoice& c) {
     shell::AppSettings& s = shell::shell_state.settings;
     const QFileInfo file(QString::fromStdString(c.file));
@@ -64,6 +65,7 @@ void remember_jpeg_choice(const JpegChoice& c) {
     s.jpeg_file = file.fileName().toStdString();
     s.jpeg_quality = static_cast<std::uint32_t>(c.quality);
     s.jpeg_resolution = static_cast<std::uint32_t>(c.resolution);
+    (void)shell::save_settings_now();
 }
 
 }  // namespace

@@ -99,13 +99,6 @@ MainWindow::MainWindow(std::function<void()> save_settings, QWidget* parent)
         if (!it->empty()) history_.append(QString::fromStdString(*it));
     history_index_ = static_cast<int>(history_.size());
 
-    save_timer_ = new QTimer(this);
-    save_timer_->setSingleShot(true);
-    save_timer_->setInterval(300);
-    connect(save_timer_, &QTimer::timeout, this, [this] {
-        if (save_settings_) save_settings_();
-    });
-
     if (!restore_window_geometry(this)) resize(screen_size == 2 ? QSize(1100, 800) : QSize(820, 580));
     update_controls();
     update_title_and_status();
@@ -295,7 +288,9 @@ void MainWindow::update_title_and_status() {
     status_folder_->setText(tr("Folder: %1").arg(QDir::currentPath()));
 }
 
-void MainWindow::settings_changed() { save_timer_->start(); }
+void MainWindow::settings_changed() {
+    if (save_settings_) save_settings_();
+}
 
 // ---- running --------------------------------------------------------------
 
@@ -710,7 +705,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     close_all_files();
     if (host.log != nullptr) std::fflush(host.log);
     save_window_geometry(this);
-    save_timer_->stop();
     if (save_settings_) save_settings_();
     event->accept();
 }

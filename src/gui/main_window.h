@@ -37,8 +37,8 @@ class QtGraphWindow;
 
 class MainWindow final : public QMainWindow, public WindowServices {
 public:
-    /// `save_settings` writes the shell's settings (called shortly after they
-    /// change and when the window closes).
+    /// `save_settings` writes the shell's settings (called as soon as the
+    /// window changes one, and when it closes).
     explicit MainWindow(std::function<void()> save_settings, QWidget* parent = nullptr);
     ~MainWindow() override;
 
@@ -123,7 +123,6 @@ private:
     QMenu* recent_programs_ = nullptr;
     QMenu* recent_folders_ = nullptr;
     QList<QAction*> idle_only_;  ///< menu actions offered only while no command runs
-    QTimer* save_timer_ = nullptr;
     QProcess* sound_ = nullptr;
     std::unique_ptr<QtGraphWindow> graph_window_;  ///< the graph window GRAPH opens
 

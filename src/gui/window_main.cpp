@@ -74,7 +74,7 @@ int run_window(int argc, char** argv, const std::string& program_file) {
     if (!shell::begin_session(start, shell::shell_state.terminal)) return 1;
     int status = 0;
     {
-        gui::MainWindow window([&start] { (void)shell::save_session(start); });
+        gui::MainWindow window([] { (void)shell::save_settings_now(); });
         window.install();
         window.show();
         shell::start_log_file(shell::shell_state.settings);

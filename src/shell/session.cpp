@@ -25,15 +25,23 @@ bool begin_session(SessionStart& start, FrontEnd& front_end) {
     s.working_folder = choose_working_folder(s.settings, start.loaded.documents_folder, s.program_folder);
     if (!enter_working_folder(s.working_folder))
         std::fprintf(stderr, "Cannot enter the working folder %s\n", s.working_folder.c_str());
+    s.session = &start;
     return true;
 }
 
-bool save_session(const SessionStart& start) {
-    return save_session_settings(shell_state.settings, start.loaded, start.snapshot_path);
+bool save_session(SessionStart& start) {
+    if (!save_session_settings(shell_state.settings, start.loaded, start.snapshot_path)) return false;
+    // What is in the file now: a setting changed back later is written again.
+    start.loaded.settings = shell_state.settings;
+    start.loaded.needs_saving = false;
+    return true;
 }
 
-void end_session(const SessionStart& start) {
+bool save_settings_now() { return shell_state.session == nullptr || save_session(*shell_state.session); }
+
+void end_session(SessionStart& start) {
     if (!save_session(start)) std::fprintf(stderr, "The settings could not be saved.\n");
+    if (shell_state.session == &start) shell_state.session = nullptr;
     close_log_file();
     reset_interpreter_state();  // gives back every area, arrays included
     host.front_end = nullptr;

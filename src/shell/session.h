@@ -21,12 +21,19 @@ struct SessionStart {
 /// (the message has been shown).
 [[nodiscard]] bool begin_session(SessionStart& start, FrontEnd& front_end);
 
-/// Saves the settings of shell_state when they changed (through the Qt
-/// module when needed). False when they could not be written.
-bool save_session(const SessionStart& start);
+/// Saves the settings of shell_state when they changed since they were read
+/// or last saved (through the Qt module when needed); `start` then knows
+/// them as saved. False when they could not be written.
+bool save_session(SessionStart& start);
+
+/// Saves the settings of the session begun last, at once, when they changed:
+/// every place that changes a stored setting (a dialog, a menu, an export)
+/// calls it, so that a session that is killed keeps them. True, doing
+/// nothing, outside a session; false when they could not be written.
+bool save_settings_now();
 
 /// The end of a session: saves the settings, closes the log, gives back every
 /// memory area and uninstalls the front end.
-void end_session(const SessionStart& start);
+void end_session(SessionStart& start);
 
 }  // namespace tl::shell

@@ -11,9 +11,13 @@
 
 namespace tl::shell {
 
+struct SessionStart;
+
 struct ShellState {
-    /// The settings as read at start-up; written back at exit.
+    /// The settings as read at start-up; written when they change and at exit.
     AppSettings settings;
+    /// The session begun and not yet ended (what save_settings_now saves with), or null.
+    SessionStart* session = nullptr;
     /// The folder that holds the executable.
     std::string program_folder;
     /// The folder chosen at start-up and made current.

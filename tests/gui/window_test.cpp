@@ -14,6 +14,7 @@
 #include <QListWidget>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -485,6 +486,31 @@ private slots:
         QVERIFY(text().contains(QStringLiteral("Cant open LOG file.\n")));
         window->submit(QStringLiteral("print 3"));
         QVERIFY(text().endsWith(QStringLiteral("print 3\n3\n")));
+    }
+
+    void a_setting_chosen_in_the_window_is_saved_at_once() {
+        // A folder from the recent list, then the log file's names: each is
+        // saved before the menu command returns, not later and not only at exit.
+        const QString before = QDir::currentPath();
+        tl::shell::shell_state.settings.recent_working_dirs.entries[0] = folder.path().toStdString();
+        window->submit(QStringLiteral("print 1"));  // the menus are made again when idle
+        QAction* recent = nullptr;
+        QAction* log_names = nullptr;
+        for (QMenu* menu : window->findChildren<QMenu*>()) {
+            if (menu->title() == QStringLiteral("Recent Working &Folders") && !menu->actions().isEmpty())
+                recent = menu->actions().first();
+            for (QAction* a : menu->actions())
+                if (a->text() == QStringLiteral("&File Names...")) log_names = a;
+        }
+        QVERIFY(recent != nullptr && log_names != nullptr);
+        saves = 0;
+        recent->trigger();
+        QCOMPARE(saves, 1);
+        QCOMPARE(QString::fromStdString(tl::shell::shell_state.settings.work_path), folder.path());
+        when_shown<QDialog>([](QDialog* d) { d->accept(); });
+        log_names->trigger();
+        QCOMPARE(saves, 2);
+        QDir::setCurrent(before);
     }
 
     void closing_while_a_program_runs_stops_it_and_closes() {

@@ -9,8 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "shell/session.h"
 #include "shell/session_settings.h"
 #include "shell/settings.h"
+#include "shell/shell_state.h"
 #include "shell_test_support.h"
 
 namespace tl::test {
@@ -184,6 +186,30 @@ TEST_F(SettingsSnapshotTest, SessionsReadTheFileOnceAndSaveOnlyWhatChanged) {
     // So is an edit of the file by hand.
     write_file(conf, read_file(conf) + "JPEGQuality=33\n");
     EXPECT_EQ(shell::load_session_settings(snapshot).settings.jpeg_quality, 33U);
+
+    // (Qt keeps the user's settings folder it found first, so the session's
+    // own saving is tried here, in the same folder.)
+    // What the window, a dialog or an export changes is written at once,
+    // and again when it is changed back to what the session began with.
+    shell::ShellState& state = shell::shell_state;
+    const AppSettings kept = state.settings;
+    EXPECT_TRUE(shell::save_settings_now());  // outside a session: nothing to do
+    shell::SessionStart start;
+    start.snapshot_path = snapshot;
+    start.loaded = shell::load_session_settings(snapshot);
+    state.settings = start.loaded.settings;
+    state.session = &start;
+    state.settings.jpeg_quality = 90;
+    state.settings.jpeg_file = "plot.jpg";
+    ASSERT_TRUE(shell::save_settings_now());
+    EXPECT_NE(read_file(conf).find("JPEGQuality=90\n"), std::string::npos) << read_file(conf);
+    EXPECT_NE(read_file(conf).find("JpegFile=plot.jpg\n"), std::string::npos);
+    state.settings.jpeg_quality = 33;
+    ASSERT_TRUE(shell::save_settings_now());
+    EXPECT_NE(read_file(conf).find("JPEGQuality=33\n"), std::string::npos) << read_file(conf);
+    shell::end_session(start);  // forgets the session
+    EXPECT_EQ(state.session, nullptr);
+    state.settings = kept;
 }
 
 }  // namespace
