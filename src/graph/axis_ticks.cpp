@@ -29,6 +29,44 @@ double smaller_step(double step) {
     return m < 1.5 ? 0.5 * magnitude : m < 3.5 ? magnitude : 2.0 * magnitude;
 }
 
+/// The step next below `step` among 1, 2, 2.5 and 5 times a power of ten.
+double finer_step(double step) {
+    const double magnitude = std::pow(10.0, std::floor(std::log10(step) + 1e-9));
+    const double m = step / magnitude;
+    return m < 1.5 ? 0.5 * magnitude : m < 2.25 ? magnitude : m < 3.5 ? 2.0 * magnitude : 2.5 * magnitude;
+}
+
+/// True for a step of 2.5 times a power of ten (its numbers need a digit more).
+bool quarter_step(double step) {
+    const double m = step / std::pow(10.0, std::floor(std::log10(step) + 1e-9));
+    return m > 2.25 && m < 2.75;
+}
+
+/// How many multiples of `step` lie in lo..hi (a hair outside counts).
+double multiples_within(double lo, double hi, double step) {
+    return std::floor(hi / step + 1e-9) - std::ceil(lo / step - 1e-9) + 1.0;
+}
+
+/// A step finer than `step`, at least `closest` units, for an axis that
+/// shows fewer than `fewest` multiples of it: the largest 1-2-5 step that
+/// shows that many, else the largest 2.5 step that does, else the largest
+/// step that shows the most.
+double finer_for_count(double lo, double hi, double step, int fewest, double closest) {
+    double quarter = 0.0;
+    double most = step;
+    // Three decades finer hold many more than a few numbers.
+    double finer = finer_step(step);
+    for (int k = 0; k < 12 && finer >= closest; ++k, finer = finer_step(finer)) {
+        const double n = multiples_within(lo, hi, finer);
+        if (n >= fewest) {
+            if (!quarter_step(finer)) return finer;
+            if (quarter == 0.0) quarter = finer;
+        }
+        if (n > multiples_within(lo, hi, most)) most = finer;
+    }
+    return quarter > 0.0 ? quarter : most;
+}
+
 /// The 1-2-5 step whose ticks come nearest to `wished` units apart (by ratio),
 /// but at least `least` units apart.
 double chosen_step(double wished, double least) {
@@ -72,26 +110,29 @@ void format_tick(double value, double step, double largest, char (&out)[tick_lab
     const bool scientific = largest >= 1e6 || (largest > 0.0 && largest < 1e-4);
     if (scientific) {
         // Enough mantissa digits to tell neighbouring numbers apart.
-        const int spread = static_cast<int>(std::floor(std::log10(largest)) - std::floor(std::log10(step) + 1e-9));
+        const int spread = static_cast<int>(std::floor(std::log10(largest)) - std::floor(std::log10(step) + 1e-9)) +
+                           (quarter_step(step) ? 1 : 0);
         const int digits = spread < 0 ? 0 : spread > 15 ? 15 : spread;
         std::snprintf(out, sizeof out, "%.*e", digits, value);
         if (value == 0.0) std::snprintf(out, sizeof out, "0");
         tidy_exponent(out);
     } else {
-        const int decimals = static_cast<int>(-std::floor(std::log10(step) + 1e-9));
+        const int decimals = static_cast<int>(-std::floor(std::log10(step) + 1e-9)) + (quarter_step(step) ? 1 : 0);
         std::snprintf(out, sizeof out, "%.*f", decimals < 0 ? 0 : decimals > 15 ? 15 : decimals, value);
     }
     use_minus_sign(out);
 }
 
-void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks& out, double least) {
+void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks& out, double least, int fewest,
+                  double closest) {
     out.count = 0;
     out.minor_count = 0;
     out.power_labels = false;
     if (!(hi > lo) || !(length > 0.0) || !std::isfinite(hi - lo)) return;
     const double units_per_pixel = (hi - lo) / length;
-    const double step = chosen_step(units_per_pixel * spacing, units_per_pixel * least);
+    double step = chosen_step(units_per_pixel * spacing, units_per_pixel * least);
     if (!(step > 0.0) || !std::isfinite(step)) return;
+    if (multiples_within(lo, hi, step) < fewest) step = finer_for_count(lo, hi, step, fewest, units_per_pixel * closest);
     // Steps too small for doubles to tell apart near lo give no ticks.
     if (std::fabs(lo) / step > 1e15 || std::fabs(hi) / step > 1e15) return;
     // A tick a hair outside the range (rounding) is still shown.

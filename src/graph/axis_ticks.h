@@ -1,7 +1,8 @@
 // axis_ticks.h — where an axis gets its ticks and what its numbers say.
 //
 // Linear axes step by 1, 2 or 5 times a power of ten, chosen so that the
-// numbers come about a given distance apart without crowding their labels; every number on an axis has
+// numbers come about a given distance apart without crowding their labels
+// (and by 2.5 times one where a short axis needs it); every number on an axis has
 // the same form (the same decimals, or scientific form for very large or
 // very small values). Log axes put a number at every decade (or every 2nd,
 // 5th, 10th... when decades are close) with minor ticks at 2..9 times each
@@ -29,8 +30,13 @@ struct AxisTicks {
 
 /// Ticks of a linear axis showing lo..hi over `length` pixels: the step whose
 /// numbers come nearest to `spacing` pixels apart, but never closer than
-/// `least` pixels (room for the labels).
-void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks& out, double least = 0.0);
+/// `least` pixels (room for the labels). When that step leaves fewer than
+/// `fewest` numbers on the axis, finer steps (1, 2, 2.5 or 5 times a power
+/// of ten) are taken, the largest that gives that many, or as many as there
+/// can be, with numbers at least `closest` pixels apart (a short axis then
+/// still reads as a scale).
+void linear_ticks(double lo, double hi, double length, double spacing, AxisTicks& out, double least = 0.0,
+                  int fewest = 0, double closest = 0.0);
 
 /// Ticks of a log axis showing the decades lo..hi over `length` pixels.
 void log_ticks(double lo, double hi, double length, double spacing, AxisTicks& out);

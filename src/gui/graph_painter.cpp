@@ -130,8 +130,10 @@ void make_ticks(Frame& fr) {
     } else if (s.vdatetime != 0) {
         datetime_ticks(lo, hi, f.area_height, vspace, fr.vticks);
     } else {
+        // A short axis (an inch or so) still gets three numbers, with the
+        // height of a digit between them at the least.
         const double line = fr.metrics(fr.number_font).height();
-        linear_ticks(lo, hi, f.area_height, vspace, fr.vticks, std::max(0.35 * fr.ppi_y, 2.0 * line));
+        linear_ticks(lo, hi, f.area_height, vspace, fr.vticks, std::max(0.35 * fr.ppi_y, 2.0 * line), 3, 1.25 * line);
     }
 }
 

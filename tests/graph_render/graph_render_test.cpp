@@ -97,6 +97,45 @@ TEST_F(GraphRender, BackgroundSeriesAndAxesWhereTheMappingSays) {
               20);
 }
 
+// A plotting area an inch or so tall still shows three numbers or more on
+// its vertical axis, each clear of the next: the rows of the numbers left of
+// the area are counted as separate bands of ink.
+TEST_F(GraphRender, AShortVerticalAxisShowsThreeNumbersApart) {
+    const char* heights[] = {"1.84", "2", "2.3"};  // plotting areas of 1.1, 1.26 and 1.56 inches
+    const char* tops[] = {"7", "77", "8.6", "0.45", "1.9", "13", "9.6e6"};
+    for (const char* h : heights) {
+        for (const char* top : tops) {
+            const std::string graph_line = std::string("graph width = 5, height = ") + h;
+            const std::string plot_line = std::string("plot x = 10, y = ") + top;
+            program({graph_line.c_str(), "plot x = 0, y = 0", plot_line.c_str()});
+            const std::string name = std::string("short_axis_") + h + "_" + top;
+            ASSERT_EQ(render(name.c_str()), 0);
+            const GraphSurface& f = graph.surface;
+            ASSERT_GE(f.area_height, 106) << name;
+            // Rows with ink left of the tick marks, from the top of the image
+            // to the bottom of the area (the horizontal axis's numbers lie below).
+            const int right = static_cast<int>(f.area_left) - 8;
+            const int bottom = static_cast<int>(f.area_top + f.area_height) + 2;
+            std::vector<std::pair<int, int>> bands;  // first and last row of each
+            for (int y = 0; y <= bottom; ++y) {
+                bool ink = false;
+                for (int x = 0; x < right && !ink; ++x) ink = qGray(image.pixel(x, y)) < 140;
+                if (!ink) continue;
+                if (!bands.empty() && bands.back().second == y - 1)
+                    bands.back().second = y;
+                else
+                    bands.emplace_back(y, y);
+            }
+            EXPECT_GE(bands.size(), 3u) << name;
+            for (std::size_t i = 1; i < bands.size(); ++i) {
+                const int digit = bands[i].second - bands[i].first + 1;
+                EXPECT_GE(bands[i].first - bands[i - 1].second - 1, digit * 3 / 4) << name << " between numbers " << i;
+            }
+            ASSERT_EQ(type("graph end"), 0);
+        }
+    }
+}
+
 TEST_F(GraphRender, SwitchedOffPartsAreNotDrawn) {
     program({"graph width = 4, height = 3, noaxes, nogrid, noborder, numberxaxis = 0, numberyaxis = 0",
              "plot x = 1, y = 1", "plot x = 2, y = 2"});

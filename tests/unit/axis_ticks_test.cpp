@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,47 @@ TEST(AxisTicks, LinearStepComesNearestTheWishedSpacingAtAnyZoom) {
         EXPECT_GE(apart, least - 1e-6) << width;
         EXPECT_LE(apart, std::max(wished * 1.6, least * 2.5)) << width;
         EXPECT_GE(apart, wished / 1.6) << width;
+    }
+}
+
+TEST(AxisTicks, AShortAxisKeepsThreeNumbersWithoutCrowding) {
+    AxisTicks t;
+    // -0.5 .. 7.6 over 126 pixels, a number wished every 50, at least 35
+    // apart: the step of 5 leaves 0 and 5 alone; 2 is 31 pixels apart.
+    linear_ticks(-0.5, 7.6, 126, 50, t, 35);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "5"}));
+    linear_ticks(-0.5, 7.6, 126, 50, t, 35, 3, 18);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "2", "4", "6"}));
+    linear_ticks(-9.6, 86.6, 100, 50, t, 35, 3, 18);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0", "20", "40", "60", "80"}));
+    // Where the step of 2 would crowd, 2.5 serves, with a digit more.
+    linear_ticks(-3, 9.6, 100, 50, t, 35, 3, 18);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"\u22122.5", "0.0", "2.5", "5.0", "7.5"}));
+    linear_ticks(-0.3, 0.96, 100, 50, t, 35, 3, 18);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"\u22120.25", "0.00", "0.25", "0.50", "0.75"}));
+    linear_ticks(-3e6, 9.6e6, 100, 50, t, 35, 3, 18);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"\u22122.5e6", "0", "2.5e6", "5.0e6", "7.5e6"}));
+    // Too short for three: as many as keep their distance.
+    linear_ticks(-0.0488, 0.1988, 86, 50, t, 35, 3, 18);
+    EXPECT_EQ(labels(t), (std::vector<std::string>{"0.0", "0.1"}));
+
+    // Over random ranges from 1.1 inches (at 100 pixels an inch) there are
+    // always three numbers at least 18 pixels apart; where the usual step
+    // gives three already, nothing changes.
+    std::mt19937_64 rng(7);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    for (int i = 0; i < 20000; ++i) {
+        const double length = 110 + 90 * unit(rng);
+        const double width = std::pow(10.0, 12 * unit(rng) - 6);
+        const double lo = (2 * unit(rng) - 1) * 3 * width;
+        AxisTicks usual;
+        linear_ticks(lo, lo + width, length, 50, usual, 35);
+        linear_ticks(lo, lo + width, length, 50, t, 35, 3, 18);
+        ASSERT_GE(t.count, 3) << lo << " .. " << lo + width << " over " << length;
+        EXPECT_GE((t.value[1] - t.value[0]) * length / width, 18 - 1e-6) << lo << " .. " << lo + width;
+        if (usual.count >= 3) {
+            ASSERT_EQ(labels(t), labels(usual)) << lo << " .. " << lo + width;
+        }
     }
 }
 
