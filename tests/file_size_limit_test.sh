@@ -28,6 +28,32 @@ for mode in /c --batch; do
   rm -f "$scratch/work/big.txt"
 done
 
+# A RANDOM record far past the end: the records skipped over are blanks,
+# written until the limit stops them (a write error, and the session goes
+# on), or refused before anything is written when the disk could not hold
+# them (2^24 records of 32767 bytes, more than a test machine has free).
+cat >"$scratch/work/gap.bas" <<'BAS'
+open "gap.dat" for random as #1 len = 1000
+field #1, 4 as a$
+lset a$ = "last" : put #1, 100
+BAS
+out=$(cd "$scratch/work" && ulimit -f 16 && printf 'print filesize(1)\n\n' | "$bin" /c gap.bas 2>&1)
+echo "$out" | grep -q "RANDOM file write error." || fail "gap past the limit: $out"
+echo "$out" | grep -q "Command: *8192$" || fail "gap past the limit: the session did not go on: $out"
+cat >"$scratch/work/huge.bas" <<'BAS'
+open "huge.dat" for random as #1 len = 32767
+field #1, 4 as a$
+lset a$ = "last" : put #1, 16777216
+BAS
+free_kb=$(df -Pk "$scratch/work" | awk 'NR == 2 { print $4 }')
+if [ "$free_kb" -lt 536000000 ]; then
+  out=$(cd "$scratch/work" && timeout -s KILL 20 "$bin" /c huge.bas </dev/null 2>&1)
+  echo "$out" | grep -q "(huge.dat) would need 549739003905 bytes, more than the disk has free." ||
+    fail "huge gap: $out"
+  [ ! -s "$scratch/work/huge.dat" ] || fail "huge gap: blanks were written"
+fi
+rm -f "$scratch/work/gap.dat" "$scratch/work/huge.dat"
+
 cat >"$scratch/work/spawn.bas" <<'BAS'
 spawn "sh -c 'ulimit -f 1; head -c 5000 /dev/zero >spawned.bin; echo $? >status.txt'"
 BAS

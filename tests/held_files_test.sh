@@ -19,6 +19,18 @@ for name in /dev/full "$scratch/logs/fifo"; do
   case $out in *"Log File Opened"*) fail "$name: taken as a log: $out" ;; esac
 done
 
+# A FIFO named as a data file, a program or a rules file: no open waits for
+# a program at its other end. Writing to one that nobody reads is refused
+# with the reason; reading one that nobody writes finds its end.
+mkfifo "$scratch/pipe"
+write_settings "WorkPath=$scratch"
+out=$(printf '%s\n' 'open "o", 1, "pipe"' 'open "i", 2, "pipe"' 'print eof(2)' 'close' \
+  'open "b", 3, "pipe"' 'close' 'load "pipe"' 'setdstrules "pipe"' 'print 6 * 7' '' |
+  (cd "$scratch" && timeout -s KILL 10 "$bin" /c 2>&1)); rc=$?
+[ "$rc" -eq 0 ] || fail "fifo: exit code $rc: $out"
+case $out in *'Cannot open "pipe": no program is reading from it.'*) ;; *) fail "fifo: output: $out" ;; esac
+case $out in *"Command:             1"*"no \"standard\" line"*"42"*) ;; *) fail "fifo: $out" ;; esac
+
 # A log that stops taking writes half way (here a file size limit) is
 # reported once; the program runs on.
 use_log "$scratch/logs" limited.log

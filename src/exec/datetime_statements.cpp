@@ -4,13 +4,13 @@
 
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <iterator>
 #include <string>
 
 #include "exec/commands.h"
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
+#include "exec/open_without_waiting.h"
 #include "exec/statement_targets.h"
 #include "exec/statements.h"
 #include "lang/datetime_state.h"
@@ -112,15 +112,16 @@ int do_setdstrules() {
     if (r < 0) return r;
     if (exec.skip) return 0;
     if (r == 0) file = dst_rules_file_name;
-    std::ifstream in(file, std::ios::binary);
-    if (!in) return error_at_column(err_open_file_failed, column);
+    std::FILE* in = open_without_waiting(file.c_str(), "rb");
+    if (in == nullptr) return error_at_column(err_open_file_failed, column);
     std::string text;
     constexpr std::size_t most = 1 << 16;  // a rules file is a few lines
     char chunk[4096];
-    while (in.read(chunk, sizeof chunk) || in.gcount() > 0) {
-        text.append(chunk, static_cast<std::size_t>(in.gcount()));
+    for (std::size_t n = 0; (n = std::fread(chunk, 1, sizeof chunk, in)) > 0;) {
+        text.append(chunk, n);
         if (text.size() > most) break;
     }
+    std::fclose(in);
     ZoneRule rule;
     DstRulesFault fault;
     if (text.size() > most) {

@@ -17,6 +17,7 @@
 #include <cstring>
 #include <new>
 #include <string>
+#include <sys/statvfs.h>
 
 #include "exec/commands.h"
 #include "exec/exec_state.h"
@@ -266,6 +267,37 @@ int random_get(FileEntry& f, long long record) {
     return 0;
 }
 
+/// Writes blanks from byte `from` up to byte `to` of a RANDOM file. A gap
+/// larger than the room left on the disk is refused before anything is
+/// written; a long one can be stopped with Ctrl+C or Stop.
+int fill_gap(FileEntry& f, long long from, long long to) {
+    struct statvfs disk {};
+    if (::fstatvfs(::fileno(f.stream), &disk) == 0) {
+        const unsigned long long room = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
+        if (static_cast<unsigned long long>(to - from) > room) {
+            console_write("\nRecords before this one of file #" + std::to_string(&f - areas.files.data()) + " (" +
+                          f.name + ") would need " + std::to_string(to - from) + " bytes, more than the disk has free.");
+            return report_error(err_random_file_write_error);
+        }
+    }
+    if (::fseeko(f.stream, static_cast<off_t>(from), SEEK_SET) != 0) return report_error(err_random_file_seek_error);
+    static constexpr std::size_t chunk = 65536;
+    static const std::string blanks(chunk, ' ');
+    for (long long left = to - from; left > 0;) {
+        const std::size_t n = left < static_cast<long long>(chunk) ? static_cast<std::size_t>(left) : chunk;
+        if (std::fwrite(blanks.data(), 1, n, f.stream) != n) {
+            std::clearerr(f.stream);
+            return report_error(err_random_file_write_error);
+        }
+        left -= static_cast<long long>(n);
+        if (left > 0) {
+            pump_events();
+            if (host.flags.interrupt_requested.load()) return report_error(err_user_interrupted_program);
+        }
+    }
+    return 0;
+}
+
 int random_put(FileEntry& f, long long record) {
     std::vector<char>& r = f.record;
     if (!f.fields.empty()) {
@@ -285,13 +317,7 @@ int random_put(FileEntry& f, long long record) {
     // Records skipped over are filled with blanks.
     const long long size = file_size(f);
     if (size >= 0 && size < (record - 1) * length) {
-        if (::fseeko(f.stream, static_cast<off_t>(size), SEEK_SET) != 0) return report_error(err_random_file_seek_error);
-        for (long long gap = (record - 1) * length - size; gap > 0; --gap) {
-            if (std::fputc(' ', f.stream) == EOF) {
-                std::clearerr(f.stream);
-                return report_error(err_random_file_write_error);
-            }
-        }
+        if (const int rc = fill_gap(f, size, (record - 1) * length); rc < 0) return rc;
     }
     if (::fseeko(f.stream, static_cast<off_t>((record - 1) * length), SEEK_SET) != 0)
         return report_error(err_random_file_seek_error);

@@ -11,6 +11,7 @@
 
 #include "exec/front_end.h"
 #include "exec/named_variables.h"
+#include "exec/open_without_waiting.h"
 #include "exec/string_space.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
@@ -99,10 +100,12 @@ std::FILE* open_stream(const OpenRequest& r, std::string& problem) {
         case file_mode_binary: how = exists ? "r+b" : "w+b"; break;
         default: break;
     }
-    std::FILE* s = std::fopen(r.name, how);
+    std::FILE* s = open_without_waiting(r.name, how);
     if (s == nullptr) {
         const int error = errno;
-        problem = std::string("Cannot open \"") + r.name + "\": " + std::strerror(error) + ".";
+        const bool pipe = exists && S_ISFIFO(st.st_mode);
+        problem = std::string("Cannot open \"") + r.name + "\": " +
+                  (error == ENXIO && pipe ? "no program is reading from it" : std::strerror(error)) + ".";
     }
     return s;
 }

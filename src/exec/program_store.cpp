@@ -12,6 +12,7 @@
 #include "exec/exec_state.h"
 #include "exec/front_end.h"
 #include "exec/memory_areas.h"
+#include "exec/open_without_waiting.h"
 #include "lang/error_reporter.h"
 #include "lang/error_table.h"
 #include "lang/lang_state.h"
@@ -21,7 +22,7 @@ namespace {
 
 /// Reads the whole file; 0, or the errno of the failure to open or read it.
 int read_file(const std::string& path, std::vector<char>& out, std::size_t limit) {
-    std::FILE* f = std::fopen(path.c_str(), "rb");
+    std::FILE* f = open_without_waiting(path.c_str(), "rb");
     if (f == nullptr) return errno != 0 ? errno : EIO;
     out.clear();
     char chunk[65536];

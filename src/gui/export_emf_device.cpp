@@ -13,6 +13,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "exec/open_without_waiting.h"
+
 // The GDI declarations come last: they define macros Qt's headers do not expect.
 #include <libEMF/emf.h>
 #undef min
@@ -283,7 +285,7 @@ private:
 
 EmfPaintDevice::EmfPaintDevice(const std::string& file, double width, double height, QColor backdrop)
     : width_in_(width), height_in_(height), backdrop_(backdrop) {
-    file_ = std::fopen(file.c_str(), "wb");
+    file_ = open_without_waiting(file.c_str(), "wb");
     if (file_ == nullptr) return;
     // The frame in hundredths of a millimetre: the graph's size.
     const RECT frame{0, 0, static_cast<LONG>(std::lround(width * 2540.0)), static_cast<LONG>(std::lround(height * 2540.0))};

@@ -12,6 +12,7 @@
 // jpeglib.h needs FILE and size_t declared before it.
 #include <jpeglib.h>
 
+#include "exec/open_without_waiting.h"
 #include "graph/graph_state.h"
 #include "gui/graph_painter.h"
 
@@ -68,7 +69,7 @@ CompressResult compress_image(const QImage& image, const char* file, int quality
         return CompressResult::failed;
     }
     jpeg_create_compress(&cinfo);
-    out = std::fopen(file, "wb");
+    out = open_without_waiting(file, "wb");
     if (out == nullptr) {
         jpeg_destroy_compress(&cinfo);
         return CompressResult::cannot_open;
