@@ -191,8 +191,10 @@ int natural_log(const LongNumber& x, LongNumber& result) {
     if (rc < 0) return rc;
     if (e != 0) {
         // e * ln 10, with ln 10 to the digits that e's digits need.
-        const std::int64_t magnitude = e < 0 ? -e : e;
-        long_set_precision(working + long_digit_count(static_cast<std::uint32_t>(std::min<std::int64_t>(magnitude, 99999999))));
+        const std::int64_t magnitude = e < 0 ? -e : e;  // at most 10^9 + 1
+        int digits = 1;
+        for (std::int64_t v = magnitude; v >= 10; v /= 10) ++digits;
+        long_set_precision(working + digits);
         rc = cached_ln10(ln10);
         if (rc < 0) return rc;
         long_multiply_small(ln10, static_cast<std::uint32_t>(magnitude), scaled);

@@ -70,21 +70,23 @@ void long_multiply_small(const LongNumber& x, std::uint32_t k, LongNumber& out) 
         long_set_zero(out);
         return;
     }
-    // One spare leading block takes the carry; out may be x.
+    // Two spare leading blocks take the carry (below 2^32 * 10^8 / 10^8,
+    // it may need more than one block); out may be x.
     const int nb = x.blks;
-    long_reserve(out, (nb + 1) * 8);
+    long_reserve(out, (nb + 2) * 8);
     const std::uint32_t* src = x.blocks.data();
     std::uint32_t* dst = out.blocks.data();
     std::uint64_t carry = 0;
     for (int i = nb - 1; i >= 0; --i) {
         const std::uint64_t v = static_cast<std::uint64_t>(src[i]) * k + carry;
         carry = v / long_base;
-        dst[i + 1] = static_cast<std::uint32_t>(v - carry * long_base);
+        dst[i + 2] = static_cast<std::uint32_t>(v - carry * long_base);
     }
-    dst[0] = static_cast<std::uint32_t>(carry);
-    out.blks = nb + 1;
-    out.len = 8 * (nb + 1);
-    out.exp = x.exp + 8;
+    dst[1] = static_cast<std::uint32_t>(carry % long_base);
+    dst[0] = static_cast<std::uint32_t>(carry / long_base);
+    out.blks = nb + 2;
+    out.len = 8 * (nb + 2);
+    out.exp = x.exp + 16;
     out.sgn = x.sgn;
     out.nrm = 0;
     long_normalise(out, normalise_round);

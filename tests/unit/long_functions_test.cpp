@@ -210,6 +210,52 @@ TEST_F(LongFunctionsTest, LogarithmsAgreeWithMpfr) {
     EXPECT_EQ(text_of(r), "0");
 }
 
+// The logarithms of numbers near the ends of the exponent range are ten-digit
+// numbers; powers of such numbers go through them.
+TEST_F(LongFunctionsTest, LogarithmsAndPowersOfTheLargestAndSmallestNumbers) {
+    for (const char* text : {"434294482", "999999999", "-1000000000", "123456789"}) {
+        for (int digits : {11, 50}) {
+            mode.precision = digits;
+            LongNumber x, ours;
+            // 1.5 * 10^n, exactly: 10^n by squaring, then the 1.5.
+            ASSERT_EQ(long_power(make_long("10"), make_long(text), x), 0) << text;
+            LongNumber scaled;
+            ASSERT_EQ(long_multiply(x, make_long("1.5"), scaled), 0);
+            // What is printed is checked (read back), not only the value.
+            ASSERT_EQ(long_log(x, ours), 0) << text << fe.output;
+            Mp ln(digits + 20), n(digits + 20);
+            mpfr_set_str(n.v, text, 10, MPFR_RNDN);
+            mpfr_set_ui(ln.v, 10, MPFR_RNDN);
+            mpfr_log(ln.v, ln.v, MPFR_RNDN);
+            mpfr_mul(ln.v, ln.v, n.v, MPFR_RNDN);  // n ln 10
+            EXPECT_TRUE(within_last_digit(make_long(text_of(ours)), ln.exact(), digits)) << "log(1e" << text << ")";
+            ASSERT_EQ(long_log(scaled, ours), 0) << text << fe.output;
+            mpfr_set_str(n.v, "1.5", 10, MPFR_RNDN);
+            mpfr_log(n.v, n.v, MPFR_RNDN);
+            mpfr_add(ln.v, ln.v, n.v, MPFR_RNDN);  // + ln 1.5
+            EXPECT_TRUE(within_last_digit(make_long(text_of(ours)), ln.exact(), digits)) << "log(1.5e" << text << ")";
+            if (text[0] == '-') continue;
+            // (1.5 * 10^n)^0.4: 1.5^0.4 * 10^(0.4 n), the mantissa against MPFR's.
+            LongNumber power;
+            ASSERT_EQ(long_power(scaled, make_long("0.4"), power), 0) << text << fe.output;
+            const long n_value = std::stol(text);
+            const long whole = (4 * n_value) / 10;
+            Mp m(digits + 20);
+            mpfr_set_str(m.v, "1.5", 10, MPFR_RNDN);
+            mpfr_set_str(n.v, "0.4", 10, MPFR_RNDN);
+            mpfr_pow(m.v, m.v, n.v, MPFR_RNDN);
+            mpfr_set_ui(n.v, 10, MPFR_RNDN);
+            mpfr_set_str(ln.v, ((4 * n_value) % 10 == 0 ? "0" : "0." + std::to_string((4 * n_value) % 10)).c_str(), 10,
+                         MPFR_RNDN);
+            mpfr_pow(n.v, n.v, ln.v, MPFR_RNDN);
+            mpfr_mul(m.v, m.v, n.v, MPFR_RNDN);  // the power divided by 10^whole
+            LongNumber mantissa = make_long(text_of(power).substr(0, text_of(power).find('e')));
+            mantissa.exp += power.exp - 1 - static_cast<std::int32_t>(whole);
+            EXPECT_TRUE(within_last_digit(mantissa, m.exact(), digits)) << "(1.5e" << text << ")^0.4";
+        }
+    }
+}
+
 TEST_F(LongFunctionsTest, SineAndCosineAgreeWithMpfr) {
     const std::initializer_list<const char*> args = {"1", "-0.3", "100", "1e-5", "0.7853981", "2.5", "1234567.89",
                                                       "3.14159265358979"};
