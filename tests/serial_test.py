@@ -68,8 +68,9 @@ class PtyPair:
         self.proc.wait()
 
 
-def run(home, program, user=None):
-    """Runs `program` (text) in Console mode; returns its output."""
+def run(home, program, user=None, typed=""):
+    """Runs `program` (text) in Console mode, then the lines `typed` at the
+    prompt; returns the output."""
     path = os.path.join(home, "prog.bas")
     with open(path, "w") as f:
         f.write(program)
@@ -79,7 +80,7 @@ def run(home, program, user=None):
     cmd = [EXE, "/c", path]
     if user is not None:
         cmd = ["setpriv", "--reuid=" + str(user.pw_uid), "--regid=" + str(user.pw_gid), "--clear-groups"] + cmd
-    out = subprocess.run(cmd, cwd=home, env=env, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+    out = subprocess.run(cmd, cwd=home, env=env, input=typed.encode(), stdout=subprocess.PIPE,
                          stderr=subprocess.STDOUT, timeout=60)
     return out.stdout.decode(errors="replace")
 
@@ -129,14 +130,19 @@ line input #1, a$
 """)
             check("no answer within serialtimeout gives 321", "ERROR - SERIAL input timeout." in out, out)
 
-            pair.write(b"0123456789ABCDEF\n")
-            time.sleep(0.2)
+            # The rest of a message that is too long is dropped as it comes;
+            # the messages after it are kept.
+            pair.write(b"0123456789ABCDEF")
+            late = threading.Timer(0.5, lambda: pair.write(b"GHIJ\r\nok\r\nlast\n"))
+            late.start()
             out = run(home, f"""serialtimeout = 2
 open "s", #1, "{pair.port}", 9600, "no", 1, 8
 line input #1, a$
-""")
+""", typed='line input #1, b$\nline input #1, c$\nprint "[" + b$ + "][" + c$ + "]"\n')
+            late.join()
             check("a message longer than the record length gives 319",
                   "ERROR - SERIAL input buffer overflow (message too long)." in out, out)
+            check("the rest of the long message is dropped, the next ones read", "[ok][last]" in out, out)
 
             out = run(home, f"""open "{pair.port}" for serial as #1 len = 4
 print #1, "12345"

@@ -1,6 +1,7 @@
 // file_table.cpp — opening, closing, flushing and reading the files of the File Table.
 #include "exec/file_table.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -110,20 +111,45 @@ std::FILE* open_stream(const OpenRequest& r, std::string& problem) {
     return s;
 }
 
+/// Drops a port's message up to and including its end (CR, LF or CR LF);
+/// when the end has not come yet, what came is dropped and the rest will be.
+void drop_message(FileEntry& f) {
+    std::vector<char>& b = f.record;
+    const auto end = std::find_if(b.begin(), b.end(), [](char c) { return c == '\n' || c == '\r'; });
+    f.skip_message = end == b.end();
+    if (f.skip_message) {
+        b.clear();
+        return;
+    }
+    auto next = end + 1;
+    f.skip_line_feed = *end == '\r';
+    if (f.skip_line_feed && next != b.end() && *next == '\n') {
+        f.skip_line_feed = false;
+        ++next;
+    }
+    b.erase(b.begin(), next);
+}
+
 /// Takes a finished record out of a port's receive buffer, if there is one.
 /// Returns 1 with the record in entry.input, 0 when none is complete yet,
-/// or -319 (reported) when more than the record length came without an end.
+/// or -319 (reported) when more than the record length came without an end;
+/// the whole of that message is dropped, the messages after it are kept.
 int take_port_record(FileEntry& f) {
     std::vector<char>& b = f.record;
+    if (f.skip_message) {
+        drop_message(f);
+        if (f.skip_message) return 0;
+    }
     std::size_t start = 0;
     if (f.skip_line_feed && !b.empty()) {
         if (b[0] == '\n') start = 1;
         f.skip_line_feed = false;
     }
-    for (std::size_t i = start; i < b.size(); ++i) {
+    if (start == 1) b.erase(b.begin());
+    for (std::size_t i = 0; i < b.size(); ++i) {
         if (b[i] != '\n' && b[i] != '\r') continue;
-        if (i - start > f.record_length) break;
-        f.input.assign(b.data() + start, i - start);
+        if (i > f.record_length) break;
+        f.input.assign(b.data(), i);
         f.skip_line_feed = b[i] == '\r';
         if (f.skip_line_feed && i + 1 < b.size() && b[i + 1] == '\n') {
             f.skip_line_feed = false;
@@ -132,11 +158,10 @@ int take_port_record(FileEntry& f) {
         b.erase(b.begin(), b.begin() + static_cast<std::ptrdiff_t>(i + 1));
         return 1;
     }
-    if (b.size() - start > f.record_length) {
-        b.clear();
+    if (b.size() > f.record_length) {
+        drop_message(f);
         return report_error(err_serial_input_buffer_overflow_message);
     }
-    if (start == 1) b.erase(b.begin());
     return 0;
 }
 

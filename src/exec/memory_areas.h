@@ -117,6 +117,7 @@ struct FileEntry {
     std::size_t input_position = 0;      ///< next unread character of `input`
     bool input_loaded = false;           ///< `input` holds a line not used up
     bool skip_line_feed = false;         ///< a port's last record ended with CR
+    bool skip_message = false;           ///< the rest of a port's too-long message is still coming
     char name[261] = {};                 ///< the name given to OPEN, for messages
 };
 
