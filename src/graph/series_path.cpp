@@ -46,7 +46,7 @@ void series_pixels(const PlotSeries& s, bool reduce, std::vector<PathPoint>& out
     const GraphSurface& f = graph.surface;
     int first = 0, last = n - 1;
     const bool by_x = s.sort_mode == sort_by_x;
-    if (reduce && by_x && n > 4 * static_cast<int>(f.area_width)) {
+    if (reduce && by_x && static_cast<double>(n) > 4.0 * f.area_width) {
         // Only the points over the area, and one beyond each side for the
         // lines that leave it.
         const double left = (-0.5 / f.ppdu_x) - graph.settings.hoffset_calculated;
