@@ -517,6 +517,12 @@ void paint_text_entry(QPainter& painter, int index) {
     painter.restore();
 }
 
+int lay_out_graph(double ppi, int target, GraphPaintState& state) {
+    QImage pixel(1, 1, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&pixel);
+    return paint_graph(painter, ppi, ppi, target, state);
+}
+
 int render_graph_image(QImage& image, double ppi, int target, GraphPaintState& state) {
     const GraphSettings& s = graph.settings;
     const int w = static_cast<int>(std::max(1.0, std::min(20000.0, s.width * ppi)));

@@ -41,6 +41,12 @@ struct GraphPaintState {
 /// Draws text entry `index` alone, on the layout of the last paint.
 void paint_text_entry(QPainter& painter, int index);
 
+/// Lays the graph out for a surface of `ppi` pixels per inch, as a paint
+/// there would (the calculated scales and offsets, the plotting area), on a
+/// surface of one pixel: nothing of the graph's size is allocated. Returns 0
+/// or -1 as paint_graph.
+[[nodiscard]] int lay_out_graph(double ppi, int target, GraphPaintState& state);
+
 /// Renders the graph into a new image of its size at `ppi` pixels per inch
 /// (white where nothing is drawn). Returns 0 or -1 as paint_graph.
 [[nodiscard]] int render_graph_image(QImage& image, double ppi, int target, GraphPaintState& state);

@@ -154,9 +154,8 @@ void GraphCanvas::keep_rectangle() {
     const double bottom = -s.voffset_calculated;
     const double right = left + s.hscale_calculated * f.area_width / f.ppi_x;
     const double top = bottom + s.vscale_calculated * f.area_height / f.ppi_y;
-    QImage scratch;
     GraphPaintState state;
-    if (render_graph_image(scratch, ppi(), target_image, state) == 0) keep_axis_range(left, right, bottom, top);
+    if (lay_out_graph(ppi(), target_image, state) == 0) keep_axis_range(left, right, bottom, top);
 }
 
 void GraphCanvas::keyPressEvent(QKeyEvent* event) {
@@ -364,10 +363,8 @@ void QtGraphWindow::repaint_now() {
     if (!graph.repaint_pending) return;
     // Not shown (batch mode, or minimised): the graph is laid out on an
     // image at the screen's resolution instead.
-    QImage image;
     const QScreen* screen = QGuiApplication::primaryScreen();
-    const int rc = render_graph_image(image, screen != nullptr ? screen->logicalDotsPerInch() : 96.0, target_screen,
-                                      hidden_state_);
+    const int rc = lay_out_graph(screen != nullptr ? screen->logicalDotsPerInch() : 96.0, target_screen, hidden_state_);
     graph.repaint_pending = false;
     if (rc < 0) message_box("Tessaline Graph", "Horizontal or Vertical Scale is too small");
 }
