@@ -37,10 +37,11 @@ COLORREF colour_ref(QColor c, QColor backdrop) {
     return static_cast<COLORREF>(r | g << 8 | b << 16);
 }
 
-POINT device_point(QPointF p) {
-    return POINT{static_cast<LONG>(std::lround(std::clamp(p.x() * sub, -1e9, 1e9))),
-                 static_cast<LONG>(std::lround(std::clamp(p.y() * sub, -1e9, 1e9)))};
-}
+/// A size or position in the metafile's units, held within what its records
+/// take (a graph's size in inches has no bound).
+LONG device_units(double v) { return static_cast<LONG>(std::lround(std::clamp(v, -1e9, 1e9))); }
+
+POINT device_point(QPointF p) { return POINT{device_units(p.x() * sub), device_units(p.y() * sub)}; }
 
 /// Cuts segment a-b to `clip` (Liang-Barsky); false when nothing is left.
 bool clip_segment(QPointF& a, QPointF& b, const QRectF& clip) {
@@ -288,7 +289,7 @@ EmfPaintDevice::EmfPaintDevice(const std::string& file, double width, double hei
     file_ = open_without_waiting(file.c_str(), "wb");
     if (file_ == nullptr) return;
     // The frame in hundredths of a millimetre: the graph's size.
-    const RECT frame{0, 0, static_cast<LONG>(std::lround(width * 2540.0)), static_cast<LONG>(std::lround(height * 2540.0))};
+    const RECT frame{0, 0, device_units(width * 2540.0), device_units(height * 2540.0)};
     // The description: the program and the picture's title, each ended by a
     // NUL, the whole by a second one.
     HDC dc = CreateEnhMetaFileWithFILEA(0, file_, &frame, "Tessaline\0Tessaline Graph\0");
@@ -304,17 +305,15 @@ EmfPaintDevice::EmfPaintDevice(const std::string& file, double width, double hei
     const double horz_mm = GetDeviceCaps(dc, HORZSIZE), vert_mm = GetDeviceCaps(dc, VERTSIZE);
     const double logical_x = GetDeviceCaps(dc, LOGPIXELSX), logical_y = GetDeviceCaps(dc, LOGPIXELSY);
     ppi_ = logical_y > 0 ? logical_y : 96.0;
-    width_px_ = static_cast<int>(width * (logical_x > 0 ? logical_x : ppi_)) + 1;
-    height_px_ = static_cast<int>(height * ppi_) + 1;
+    width_px_ = static_cast<int>(device_units(std::trunc(width * (logical_x > 0 ? logical_x : ppi_)))) + 1;
+    height_px_ = static_cast<int>(device_units(std::trunc(height * ppi_))) + 1;
     // Logical units (sixteenths of a surface pixel) onto the device's own
     // pixels over the frame.
     SetMapMode(dc, MM_ANISOTROPIC);
-    SetWindowExtEx(dc, static_cast<INT>(std::lround(width * ppi_ * sub)), static_cast<INT>(std::lround(height * ppi_ * sub)),
-                   nullptr);
+    SetWindowExtEx(dc, device_units(width * ppi_ * sub), device_units(height * ppi_ * sub), nullptr);
     const double device_x = horz_mm > 0 ? horz_res * 25.4 / horz_mm : ppi_;
     const double device_y = vert_mm > 0 ? vert_res * 25.4 / vert_mm : ppi_;
-    SetViewportExtEx(dc, static_cast<INT>(std::lround(width * device_x)), static_cast<INT>(std::lround(height * device_y)),
-                     nullptr);
+    SetViewportExtEx(dc, device_units(width * device_x), device_units(height * device_y), nullptr);
     engine_ = std::make_unique<EmfPaintEngine>(*this);
 }
 

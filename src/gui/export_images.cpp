@@ -45,7 +45,9 @@ int write_svg(const QString& file) {
     const GraphSettings& s = graph.settings;
     QSvgGenerator svg;
     svg.setFileName(file);
-    const QSize size(static_cast<int>(std::ceil(s.width * svg_ppi)), static_cast<int>(std::ceil(s.height * svg_ppi)));
+    // (a graph's size has no bound; the picture's is held within what Qt takes)
+    const auto side = [](double inches) { return static_cast<int>(std::clamp(std::ceil(inches * svg_ppi), 1.0, 1e7)); };
+    const QSize size(side(s.width), side(s.height));
     svg.setSize(size);
     svg.setViewBox(QRect(QPoint(0, 0), size));
     svg.setResolution(static_cast<int>(svg_ppi));

@@ -4,6 +4,8 @@
 #include <QPageLayout>
 #include <QPainter>
 #include <QPrinter>
+#include <algorithm>
+#include <cmath>
 
 #include "graph/graph_state.h"
 #include "gui/graph_painter.h"
@@ -11,22 +13,30 @@
 namespace tl::gui {
 namespace {
 
-/// One axis: the graph's start on the printable area.
-int start_on_page(double margin, double ppi, int paper, int graph_pixels, int offset) {
-    if (margin < 0) return (paper - graph_pixels) / 2 - offset;  // centred on the sheet
-    return static_cast<int>(margin * ppi) - offset;
+/// One axis: the graph's start on the printable area (all in device pixels,
+/// as whole numbers kept in doubles: a graph's size or margin may be far
+/// beyond what an int holds).
+double start_on_page(double margin, double ppi, int paper, double graph_pixels, int offset) {
+    if (margin < 0) return std::trunc((paper - graph_pixels) / 2) - offset;  // centred on the sheet
+    return std::trunc(margin * ppi) - offset;
 }
+
+/// A placement number as an int: those of a graph that fits are exact.
+int device_pixels(double v) { return static_cast<int>(std::clamp(v, -1e9, 1e9)); }
 
 }  // namespace
 
 PagePlacement place_graph(const PageGeometry& page, double width, double height, double hmargin, double vmargin) {
+    const double w = std::trunc(width * page.ppi_x) + 1;
+    const double h = std::trunc(height * page.ppi_y) + 1;
+    const double left = start_on_page(hmargin, page.ppi_x, page.paper_width, w, page.offset_x);
+    const double top = start_on_page(vmargin, page.ppi_y, page.paper_height, h, page.offset_y);
     PagePlacement p;
-    p.width = static_cast<int>(width * page.ppi_x) + 1;
-    p.height = static_cast<int>(height * page.ppi_y) + 1;
-    p.left = start_on_page(hmargin, page.ppi_x, page.paper_width, p.width, page.offset_x);
-    p.top = start_on_page(vmargin, page.ppi_y, page.paper_height, p.height, page.offset_y);
-    p.fits = p.left >= 0 && p.top >= 0 && p.left + p.width <= page.printable_width &&
-             p.top + p.height <= page.printable_height;
+    p.width = device_pixels(w);
+    p.height = device_pixels(h);
+    p.left = device_pixels(left);
+    p.top = device_pixels(top);
+    p.fits = left >= 0 && top >= 0 && left + w <= page.printable_width && top + h <= page.printable_height;
     return p;
 }
 
