@@ -80,6 +80,11 @@ if [ "$target" != long_number ]; then
   grep -o '^ *"[a-z$][a-z0-9$_.]*",' "$root"/src/lang/keyword_tables.cpp | sed 's/^ *\("[^"]*"\),/\1/' |
     sort -u >"$dict"
   printf '"\\x0d\\x0a"\n"#INPUT#"\n"#WINDOW#"\n":"\n"("\n")"\n"\\x22"\n' >>"$dict"
+  # The graph's own extremes: numbers at and beyond its limits.
+  if [ "$target" = graph ]; then
+    printf '"%s"\n' 1e308 -1e308 1.7976931348623157e308 4.9e-324 1e-306 1e307 1e300 1e-300 1.2e15 1.5e17 \
+      100000010 9e15 0.0001 -0 >>"$dict"
+  fi
   options+=("-dict=$dict")
 fi
 case $target in
