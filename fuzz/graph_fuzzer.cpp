@@ -3,8 +3,8 @@
 // The input up to a line "#WINDOW#" is the program file (see program_fuzzer);
 // the bytes behind it are window operations, carried out one per event pump
 // while the program runs (as the window's event loop would deliver them) and
-// the rest after it ends. The window is batch mode's graph window, never
-// shown; the operations are Qt events sent to its canvas, so the canvas's own
+// the rest after it ends. The window is batch mode's graph window, shown on
+// the offscreen platform; the operations are Qt events sent to its canvas, so the canvas's own
 // wheel, drag, rubber-band and key handling drives the model, and a repaint
 // renders the canvas through the painter. Each operation is one byte and its
 // arguments:
@@ -16,7 +16,7 @@
 //   5 x y       pointer moved with the right button held
 //   6 x y       right button released (the zoom to the rectangle)
 //   7 k         a key: + = - Left Right Up Down Home, or an ordinary letter
-//   8 w h       the canvas resized to 2w x 2h pixels (Qt keeps its minimum)
+//   8 w h       the window resized to 2w x 2h pixels (Qt keeps its minimum)
 //   9           LOCKSCREEN toggled
 //   10          the canvas repainted
 //   11 p t      the graph painted for target t at 0.01 * 10^(p/50) pixels per inch
@@ -48,9 +48,9 @@ namespace {
 constexpr std::string_view window_marker = "\n#WINDOW#\n";
 /// Repaints one input may ask for (each lays out and draws the whole graph).
 constexpr int paints_per_input = 24;
-/// The canvas size a new window starts with: small, so that paints are quick.
-constexpr int start_width = 240;
-constexpr int start_height = 180;
+/// The size a new window starts with: small, so that paints are quick.
+constexpr int start_width = 280;
+constexpr int start_height = 240;
 
 /// A front end that is a window (graphs allowed) and carries out one window
 /// operation at each event pump.
@@ -117,8 +117,10 @@ void GraphFuzzFrontEnd::run_operation() {
     in_operation_ = true;
     tl::gui::GraphCanvas& canvas = *frame->canvas();
     if (sized_frame != frame) {
+        // Shown (offscreen), as the user sees it: the zoom rectangle's band needs that.
         sized_frame = frame;
-        canvas.resize(start_width, start_height);
+        frame->resize(start_width, start_height);
+        frame->show();
     }
     // The window paints before it takes the user's first event.
     if (!tl::graph.surface.valid && op != 13) paint(canvas);
@@ -154,7 +156,7 @@ void GraphFuzzFrontEnd::run_operation() {
         }
         case 8: {
             const int w = static_cast<int>(byte()) * 2;
-            canvas.resize(w, static_cast<int>(byte()) * 2);
+            frame->resize(w, static_cast<int>(byte()) * 2);
             break;
         }
         case 9: tl::graph.settings.lockscreen ^= 1; break;
