@@ -29,6 +29,15 @@ echo "$out" | grep -q "Hello World" || fail "INPUT did not read standard input: 
 echo "$out" | grep -q "Ask: Sure?" || fail "the message box was not shown as a line: $out"
 echo "$out" | grep -Eq "answer +6" || fail "the message box did not take Yes: $out"
 
+# INKEY$ reads standard input a character at a time; where it has ended no
+# key can come, so a loop waiting for one ends, before its next statement,
+# as INPUT ends there.
+printf '10 k$ = inkey$\n20 print "[" + k$ + "]"\n30 if k$ = "" then goto 10\n40 goto 10\n' >"$scratch/keys.bas"
+out=$(printf 'ab' | timeout -s KILL 20 "$bin" --batch "$scratch/keys.bas" 2>&1); rc=$?
+[ $rc -eq 0 ] || fail "keys.bas exited $rc: $(echo "$out" | tail -3)"
+[ "$(echo "$out" | grep '^\[' | tr -d '\n')" = "[a][b]" ] || fail "INKEY$ keys: $out"
+echo "$out" | grep -q "End of input - program ended." || fail "INKEY$ at the end: $out"
+
 # The port chooser takes the port it proposes (the first found), or is
 # cancelled when there is none.
 printf 'p$ = browsecommports$("Port")\nprint "got "; p$\n' >"$scratch/port.bas"

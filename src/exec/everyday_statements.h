@@ -14,6 +14,10 @@ namespace tl {
 
 // input_statement.cpp: INPUT, and LINE INPUT (the keyword "line").
 [[nodiscard]] int do_input();
+/// Ends the program as END does, after "End of input - program ended.";
+/// INPUT and LINE INPUT at the end of the input, and INKEY$ there (before
+/// the next statement). Returns 0.
+int end_of_input();
 [[nodiscard]] int do_line_input();
 
 // data_statements.cpp

@@ -29,7 +29,8 @@ public:
     /// Returns false at end of input.
     virtual bool read_line(std::string_view prompt, std::string& line) = 0;
 
-    /// Reads one key without echo; returns -1 when none can be read.
+    /// Reads one key without echo; returns -1 when none can be read, or
+    /// key_end_of_input when the input has ended (no key can ever come).
     virtual int read_key() { return -1; }
 
     /// Runs between statements so that the user interface stays live.
@@ -55,6 +56,9 @@ public:
     }
 };
 
+/// What FrontEnd::read_key gives when the input has ended.
+constexpr int key_end_of_input = -2;
+
 enum StepAnswer : int {
     step_end = -1,
     step_run_statement = 0,
@@ -67,6 +71,9 @@ struct RunFlags {
     std::atomic<bool> interrupt_requested{false};
     std::atomic<bool> step_requested{false};
     std::atomic<bool> step_mode{false};
+    /// INKEY$ found the input ended: the program ends before its next
+    /// statement, as INPUT ends it there.
+    std::atomic<bool> input_ended{false};
 };
 
 /// The interpreter's link to its host: the front end, the log file and the flags.

@@ -64,15 +64,6 @@ bool read_input_line(const char* prompt) {
     return true;
 }
 
-/// The end of the input ends the program as END does.
-int end_of_input() {
-    console_write("\nEnd of input - program ended.\n");
-    exec.program_ended = true;
-    end_run_loop();
-    host.flags.step_mode = false;
-    return 0;
-}
-
 /// Checks the typed line against the targets; 0 when it fits, else the
 /// number of the message to show.
 int check_entry(const VariableTarget* targets, int count) {
@@ -146,6 +137,14 @@ int input_statement(bool line_input) {
 }
 
 }  // namespace
+
+int end_of_input() {
+    console_write("\nEnd of input - program ended.\n");
+    exec.program_ended = true;
+    end_run_loop();
+    host.flags.step_mode = false;
+    return 0;
+}
 
 int do_input() { return input_statement(false); }
 

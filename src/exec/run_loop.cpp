@@ -9,6 +9,8 @@
 #include "exec/arrays.h"
 #include "exec/commands.h"
 #include "exec/datetime_statements.h"
+#include "exec/everyday_statements.h"
+#include "exec/everyday_statements.h"
 #include "exec/exec_state.h"
 #include "exec/file_table.h"
 #include "exec/front_end.h"
@@ -81,6 +83,7 @@ int housekeeping() {
             lang.reporter.error_column = scan_column();
             return report_error(err_user_interrupted_program);
         }
+        if (host.flags.input_ended.exchange(false)) return end_of_input();
         if (exec.skip || !host.flags.step_mode.load() || exec.stepping_command_depth > 0) return 0;
         // Step mode: wait for the user before this statement.
         if (exec.announce) {
@@ -588,6 +591,7 @@ int run_command_line(const char* text) {
         exec.position.resume_in_line = -1;
     }
     host.flags.interrupt_requested = exec.stepping_command_depth > 0 ? host.flags.interrupt_requested.load() : false;
+    host.flags.input_ended = false;
     const int rc = run_program_from(length + 7);
     // A GOTO typed at the prompt continues in the program, which then ends at
     // the END in front of the command line.

@@ -34,7 +34,7 @@ bool BatchHost::read_line(std::string_view prompt, std::string& line) {
 int BatchHost::read_key() {
     std::fflush(stdout);
     const int c = std::cin.get();
-    return std::cin ? c : -1;
+    return std::cin ? c : key_end_of_input;
 }
 
 void BatchHost::pump_events() {

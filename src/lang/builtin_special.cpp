@@ -90,6 +90,8 @@ int special_checkmouseclick() {
 
 int special_inkey() {
     const int key = host.front_end == nullptr ? -1 : host.front_end->read_key();
+    // No key can come any more: a loop waiting for one would never end.
+    if (key == key_end_of_input) host.flags.input_ended = true;
     if (key < 0 || key > 255) return text_result("", 0);
     const char c = static_cast<char>(key);
     return text_result(&c, 1);

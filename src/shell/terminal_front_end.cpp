@@ -60,11 +60,11 @@ int TerminalFrontEnd::read_key() {
             unsigned char c = 0;
             const ssize_t n = ::read(STDIN_FILENO, &c, 1);
             tcsetattr(STDIN_FILENO, TCSANOW, &saved);
-            return n == 1 ? c : -1;
+            return n == 1 ? c : n == 0 ? key_end_of_input : -1;
         }
     }
     const int c = in_.get();
-    return in_ ? c : -1;
+    return in_ ? c : key_end_of_input;
 }
 
 void TerminalFrontEnd::enable_line_editing(const std::string& history_file) {
