@@ -35,6 +35,9 @@ int report_at(int column, int error) {
 void explain(const std::string& why) {
     console_write("\n");
     console_write(why);
+    // Without a statement shown after it (a file written out when a command
+    // line ends), the message still starts a line of its own.
+    if (lang.reporter.text == nullptr || lang.reporter.no_echo) console_write("\n");
 }
 
 int entry_number(const FileEntry& f) { return static_cast<int>(&f - areas.files.data()); }
