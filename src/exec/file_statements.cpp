@@ -184,6 +184,10 @@ int open_for_form(OpenRequest& r, const OpenValue& name) {
 
 /// GET and PUT of single bytes on a BINARY file.
 int binary_bytes(FileEntry& f, bool put) {
+    // PUT writes its bytes once all are known good: a faulty one leaves the
+    // file as it was (but for the blocks of a very long list before it).
+    char bytes[256];
+    std::size_t held = 0;
     for (;;) {
         if (put) {
             OpenValue v;
@@ -194,11 +198,16 @@ int binary_bytes(FileEntry& f, bool put) {
             if (v.is_string || std::isnan(v.number)) return fail(v.column, err_invalid_type_expecting_number);
             if (!(v.number >= 0 && v.number <= 255) || v.number != std::trunc(v.number))
                 return fail(v.column, err_invalid_value_parameter);
+            const bool last = lang.scan.terminator != ',';
+            if (last && !at_statement_end()) return fail(scan_column(), err_missing_comma);
             if (!exec.skip) {
-                const char byte = static_cast<char>(static_cast<unsigned char>(v.number));
-                if (int rc = write_binary(f, &byte, 1); rc < 0) return rc;
+                bytes[held++] = static_cast<char>(static_cast<unsigned char>(v.number));
+                if (held == sizeof bytes || last) {
+                    if (int rc = write_binary(f, bytes, held); rc < 0) return rc;
+                    held = 0;
+                }
             }
-            if (lang.scan.terminator != ',') return at_statement_end() ? 0 : fail(scan_column(), err_missing_comma);
+            if (last) return 0;
             continue;
         }
         VariableTarget t;
