@@ -29,6 +29,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstddef>
@@ -40,8 +41,10 @@
 #include "exec/run_loop.h"
 #include "fuzz_host.h"
 #include "graph/graph_state.h"
+#include "gui/export_jpeg.h"
 #include "gui/graph_painter.h"
 #include "gui/graph_window_widget.h"
+#include "shell/shell_state.h"
 
 namespace {
 
@@ -52,11 +55,42 @@ constexpr int paints_per_input = 24;
 constexpr int start_width = 280;
 constexpr int start_height = 240;
 
+/// Batch mode's graph window as the interpreter sees it, but for JPEG
+/// pictures too large for one input's time: GRAPH JPEG of a graph hundreds
+/// of inches wide is a picture of up to 2 GB, painted and compressed for
+/// many seconds. Those are passed over as if the dialog had been cancelled.
+class BoundedGraphWindow final : public tl::GraphWindow {
+public:
+    static constexpr double most_jpeg_pixels = 4e6;
+    tl::gui::QtGraphWindow window{false};
+
+    bool create() override { return window.create(); }
+    void destroy() override { window.destroy(); }
+    void resize_to_graph() override { window.resize_to_graph(); }
+    void repaint(bool full) override { window.repaint(full); }
+    void repaint_now() override { window.repaint_now(); }
+    void maximise() override { window.maximise(); }
+    void update_menu_marks() override { window.update_menu_marks(); }
+    void draw_text_entry(int index) override { window.draw_text_entry(index); }
+    void message_box(std::string_view caption, std::string_view text) override { window.message_box(caption, text); }
+    int print_graph() override { return window.print_graph(); }
+    int export_metafile() override { return window.export_metafile(); }
+    int export_jpeg() override {
+        const std::uint32_t asked = tl::shell::shell_state.settings.jpeg_resolution;
+        const int resolution = std::clamp(static_cast<int>(std::min<std::uint32_t>(asked, 1000)),
+                                          tl::gui::jpeg_resolution_lowest, tl::gui::jpeg_resolution_highest);
+        const QSize size = tl::gui::jpeg_image_size(tl::graph.settings.width, tl::graph.settings.height, resolution);
+        if (static_cast<double>(size.width()) * size.height() > most_jpeg_pixels) return -1;
+        return window.export_jpeg();
+    }
+};
+
 /// A front end that is a window (graphs allowed) and carries out one window
 /// operation at each event pump.
 class GraphFuzzFrontEnd final : public tl::fuzz::FuzzFrontEnd {
 public:
-    tl::gui::QtGraphWindow window{false};
+    BoundedGraphWindow bounded;
+    tl::gui::QtGraphWindow& window = bounded.window;
     std::string_view operations;
     int paints = 0;
     int idle_pumps = 0;
@@ -138,15 +172,23 @@ void GraphFuzzFrontEnd::run_operation() {
             mouse(canvas, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, byte());
             break;
         }
-        case 2: mouse(canvas, QEvent::MouseMove, position(canvas), Qt::NoButton, Qt::LeftButton, 0); break;
+        case 2:
+            mouse(canvas, QEvent::MouseMove, position(canvas), Qt::NoButton, Qt::LeftButton, 0);
+            break;
         case 3: {
             const QPointF at = position(canvas);
             mouse(canvas, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton, byte());
             break;
         }
-        case 4: mouse(canvas, QEvent::MouseButtonPress, position(canvas), Qt::RightButton, Qt::RightButton, 0); break;
-        case 5: mouse(canvas, QEvent::MouseMove, position(canvas), Qt::NoButton, Qt::RightButton, 0); break;
-        case 6: mouse(canvas, QEvent::MouseButtonRelease, position(canvas), Qt::RightButton, Qt::NoButton, 0); break;
+        case 4:
+            mouse(canvas, QEvent::MouseButtonPress, position(canvas), Qt::RightButton, Qt::RightButton, 0);
+            break;
+        case 5:
+            mouse(canvas, QEvent::MouseMove, position(canvas), Qt::NoButton, Qt::RightButton, 0);
+            break;
+        case 6:
+            mouse(canvas, QEvent::MouseButtonRelease, position(canvas), Qt::RightButton, Qt::NoButton, 0);
+            break;
         case 7: {
             constexpr int keys[] = {Qt::Key_Plus, Qt::Key_Equal, Qt::Key_Minus, Qt::Key_Left, Qt::Key_Right,
                                     Qt::Key_Up,   Qt::Key_Down,  Qt::Key_Home,  Qt::Key_A};
@@ -159,8 +201,12 @@ void GraphFuzzFrontEnd::run_operation() {
             frame->resize(w, static_cast<int>(byte()) * 2);
             break;
         }
-        case 9: tl::graph.settings.lockscreen ^= 1; break;
-        case 10: paint(canvas); break;
+        case 9:
+            tl::graph.settings.lockscreen ^= 1;
+            break;
+        case 10:
+            paint(canvas);
+            break;
         case 11: {
             const double ppi = 0.01 * std::pow(10.0, byte() / 50.0);
             const int target = static_cast<int>(byte() % 4) + 1;
@@ -171,9 +217,14 @@ void GraphFuzzFrontEnd::run_operation() {
             }
             break;
         }
-        case 12: window.repaint_now(); break;
-        case 13: idle_pumps = static_cast<int>(byte()); break;
-        default: break;
+        case 12:
+            window.repaint_now();
+            break;
+        case 13:
+            idle_pumps = static_cast<int>(byte());
+            break;
+        default:
+            break;
     }
     in_operation_ = false;
 }
@@ -204,7 +255,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     harness->file.write(program);
     tl::fuzz::start_interpreter(fe, {});
-    tl::host.graph_window = &fe.window;
+    tl::host.graph_window = &fe.bounded;
     fe.operations = marker == std::string_view::npos ? std::string_view() : all.substr(marker + window_marker.size());
     fe.paints = 0;
     fe.idle_pumps = 0;
