@@ -4,7 +4,8 @@
 // the bytes behind it are window operations, carried out one per event pump
 // while the program runs (as the window's event loop would deliver them) and
 // the rest after it ends. The window is batch mode's graph window, shown on
-// the offscreen platform; the operations are Qt events sent to its canvas, so the canvas's own
+// the offscreen platform once the right button is pressed (the zoom
+// rectangle's band needs that); the operations are Qt events sent to its canvas, so the canvas's own
 // wheel, drag, rubber-band and key handling drives the model, and a repaint
 // renders the canvas through the painter. Each operation is one byte and its
 // arguments:
@@ -16,7 +17,7 @@
 //   5 x y       pointer moved with the right button held
 //   6 x y       right button released (the zoom to the rectangle)
 //   7 k         a key: + = - Left Right Up Down Home, or an ordinary letter
-//   8 w h       the window resized to 2w x 2h pixels (Qt keeps its minimum)
+//   8 w h       the canvas (or a shown window) resized to 2w x 2h pixels (Qt keeps the minimum)
 //   9           LOCKSCREEN toggled
 //   10          the canvas repainted
 //   11 p t      the graph painted for target t at 0.01 * 10^(p/50) pixels per inch
@@ -151,10 +152,8 @@ void GraphFuzzFrontEnd::run_operation() {
     in_operation_ = true;
     tl::gui::GraphCanvas& canvas = *frame->canvas();
     if (sized_frame != frame) {
-        // Shown (offscreen), as the user sees it: the zoom rectangle's band needs that.
         sized_frame = frame;
-        frame->resize(start_width, start_height);
-        frame->show();
+        canvas.resize(start_width, start_height);
     }
     // The window paints before it takes the user's first event.
     if (!tl::graph.surface.valid && op != 13) paint(canvas);
@@ -181,6 +180,12 @@ void GraphFuzzFrontEnd::run_operation() {
             break;
         }
         case 4:
+            // The zoom rectangle's band needs the window on the (offscreen)
+            // screen; showing it costs time, so only windows that zoom so are shown.
+            if (!frame->isVisible()) {
+                frame->resize(canvas.width(), canvas.height() + frame->height() - frame->centralWidget()->height());
+                frame->show();
+            }
             mouse(canvas, QEvent::MouseButtonPress, position(canvas), Qt::RightButton, Qt::RightButton, 0);
             break;
         case 5:
@@ -197,8 +202,14 @@ void GraphFuzzFrontEnd::run_operation() {
             break;
         }
         case 8: {
+            // A shown window is resized whole (its layout sizes the canvas).
             const int w = static_cast<int>(byte()) * 2;
-            frame->resize(w, static_cast<int>(byte()) * 2);
+            const int h = static_cast<int>(byte()) * 2;
+            if (frame->isVisible()) {
+                frame->resize(w, h);
+            } else {
+                canvas.resize(w, h);
+            }
             break;
         }
         case 9:
