@@ -315,7 +315,10 @@ int read_next_line(FileEntry& f) {
     f.input_loaded = false;
     if (f.mode == file_mode_serial) {
         const int rc = read_port_line(f);
-        if (rc > 0) f.input_loaded = true;
+        if (rc > 0) {
+            f.input_loaded = true;
+            blank_zero_bytes(f.input);
+        }
         return rc;
     }
     std::FILE* s = f.stream;
@@ -334,6 +337,7 @@ int read_next_line(FileEntry& f) {
     }
     if (!any) return 0;
     if (!f.input.empty() && f.input.back() == '\r') f.input.pop_back();
+    blank_zero_bytes(f.input);
     f.input_loaded = true;
     return 1;
 }
@@ -384,6 +388,8 @@ int read_characters(FileEntry& f, std::size_t count, std::string& out) {
     }
     return static_cast<int>(out.size());
 }
+
+void blank_zero_bytes(std::string& text) { std::replace(text.begin(), text.end(), '\0', ' '); }
 
 bool at_end_of_file(FileEntry& f) {
     if (f.input_loaded && f.input_position < f.input.size()) return false;

@@ -68,6 +68,10 @@ int flush_all_files();
 /// True when nothing is left to read from a sequential input file.
 [[nodiscard]] bool at_end_of_file(FileEntry& entry);
 
+/// Makes the zero bytes of text read from a text file or a port blanks: a
+/// string cannot hold them, and the text after one would be lost.
+void blank_zero_bytes(std::string& text);
+
 /// Size in bytes of an open file (output flushed first); for a serial port
 /// the bytes received and not yet read. Negative when the system cannot tell.
 [[nodiscard]] long long file_size(FileEntry& entry);

@@ -140,6 +140,7 @@ int fn_input_handler(Item* p, int count) {
     const int got = read_characters(*f, static_cast<std::size_t>(n), text);
     if (got < 0) return got;
     if (got == 0) return fail_at(err_end_file_on_input, p[0]);
+    blank_zero_bytes(text);
     return text_result(text.data(), text.size());
 }
 
@@ -176,6 +177,7 @@ int fn_read_handler(Item* p, int count) {
     std::string text;
     const int got = read_characters(*f, static_cast<std::size_t>(n), text);
     if (got < 0) return got;
+    blank_zero_bytes(text);
     return text_result(text.data(), text.size());
 }
 
