@@ -159,6 +159,10 @@ print #1, "12345"
                 out = run(home, f'open "s", #1, "{pair.port}", {params}\n')
                 check(f"open with {params} is refused", "ERROR - " + message in out, out)
 
+            out = run(home, f'open "s", #1, "{pair.port}"\nopen "s", #2, "{pair.port}"\n')
+            check("a port open as one number cannot be opened as another",
+                  f"{pair.port} is already open as file #1." in out and "ERROR - OPEN file failed." in out, out)
+
             out = run(home, 'open "s", #1, "/dev/ttyS-none"\n')
             check("a port that does not exist is named",
                   "There is no serial port /dev/ttyS-none." in out and "ERROR - OPEN file failed." in out, out)

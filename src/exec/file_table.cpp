@@ -71,13 +71,15 @@ int serial_timeout_ms() {
     return static_cast<int>(std::lround(seconds * 1000.0));
 }
 
-/// Another open file on the same file as `st`, for output modes; or 0.
+/// Another open file or port on the same file as `st`, for output modes and
+/// ports; or 0.
 int already_open(const struct stat& st, int except) {
     for (std::size_t i = 1; i + 1 < areas.files.size(); ++i) {
         const FileEntry& f = areas.files[i];
-        if (f.open == 0 || f.stream == nullptr || static_cast<int>(i) == except) continue;
+        if (f.open == 0 || static_cast<int>(i) == except) continue;
+        const int fd = f.stream != nullptr ? ::fileno(f.stream) : f.fd;
         struct stat other {};
-        if (::fstat(::fileno(f.stream), &other) == 0 && other.st_dev == st.st_dev && other.st_ino == st.st_ino)
+        if (fd >= 0 && ::fstat(fd, &other) == 0 && other.st_dev == st.st_dev && other.st_ino == st.st_ino)
             return static_cast<int>(i);
     }
     return 0;
@@ -229,6 +231,14 @@ int open_file(const OpenRequest& r) {
     }
     if (r.mode == file_mode_serial) {
         const std::string device = serial_device_path(r.name);
+        // Two numbers on one port would take each other's messages.
+        struct stat st {};
+        if (::stat(device.c_str(), &st) == 0) {
+            if (const int other = already_open(st, r.number); other != 0) {
+                explain(device + " is already open as file #" + std::to_string(other) + ".");
+                return report_at(r.name_column, err_open_file_failed);
+            }
+        }
         fresh.fd = serial_open(device, r.serial, problem);
         if (fresh.fd < 0) {
             explain(problem);
