@@ -57,6 +57,23 @@ constexpr const char* label_key = "Awaiting Keystroke:";
 
 QString from_utf8(std::string_view text) { return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())); }
 
+/// A program's text for a message box: a run of more than `longest`
+/// characters without a blank gets places where the line may break (zero-width
+/// spaces), so that the box wraps it instead of cutting it off at its edge.
+QString breakable(QString text) {
+    constexpr int longest = 40;
+    int run = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i].isSpace()) {
+            run = 0;
+        } else if (++run > longest) {
+            text.insert(i, QChar(0x200B));
+            run = 0;
+        }
+    }
+    return text;
+}
+
 /// The addresses the Help menu offers besides the documents.
 struct WebPage {
     const char* title;
@@ -495,8 +512,11 @@ int MainWindow::ask(std::string_view title, std::string_view text, int buttons, 
     case buttons_yes_no_cancel: set = QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel; break;
     default: break;
     }
-    auto* box = new QMessageBox(icons[icon >= 0 && icon < 5 ? icon : 0], from_utf8(title), from_utf8(text), set, this);
+    auto* box = new QMessageBox(icons[icon >= 0 && icon < 5 ? icon : 0], from_utf8(title), QString(), set, this);
     box->setObjectName("messageBox");
+    // The text is shown as it is: "<b>" in it is not markup.
+    box->setTextFormat(Qt::PlainText);
+    box->setText(breakable(from_utf8(text)));
     // Not modal: the Stop button and the keys of the window stay live.
     box->setWindowModality(Qt::NonModal);
     int answer = answer_interrupted;

@@ -251,6 +251,21 @@ private slots:
         when_shown<QMessageBox>([this](QMessageBox*) { window->stop_button()->click(); });
         window->submit(QStringLiteral("print messagebox(\"Wait\")"));
         QVERIFY(text().contains(QStringLiteral("User interrupted program")));
+        // A program's text is shown as it is, markup-like parts too, and a
+        // long run without blanks is wrapped, not cut off at the box's edge.
+        QString shown;
+        int lines = 0;
+        when_shown<QMessageBox>([&](QMessageBox* box) {
+            QCOMPARE(box->textFormat(), Qt::PlainText);
+            shown = box->text();
+            auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+            // Wrapped: the 200 letters take lines of their own below "<b>x</b>".
+            lines = label != nullptr ? label->height() / label->fontMetrics().lineSpacing() : 0;
+            box->button(QMessageBox::Ok)->click();
+        });
+        window->submit(QStringLiteral("print messagebox(\"<b>x</b> \" + string$(200, \"y\"))"));
+        QCOMPARE(shown.remove(QChar(0x200B)), QStringLiteral("<b>x</b> ") + QString(200, QLatin1Char('y')));
+        QVERIFY2(lines >= 3, qPrintable(QString::number(lines)));
     }
 
     void browsecommports_offers_the_ports_and_a_typed_device() {
