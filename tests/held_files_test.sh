@@ -31,6 +31,14 @@ out=$(printf '%s\n' 'open "o", 1, "pipe"' 'open "i", 2, "pipe"' 'print eof(2)' '
 case $out in *'Cannot open "pipe": no program is reading from it.'*) ;; *) fail "fifo: output: $out" ;; esac
 case $out in *"Command:             1"*"no \"standard\" line"*"42"*) ;; *) fail "fifo: $out" ;; esac
 
+# TZ naming a device without end or a pipe instead of a zone file: neither
+# read for ever nor waited for: the session starts as with an unknown zone.
+for zone in /dev/zero "$scratch/pipe"; do
+  out=$(printf 'print formatdatetime$(1e9, "%%T %%Z")\n\n' | TZ=$zone timeout -s KILL 10 "$bin" /c 2>&1); rc=$?
+  [ "$rc" -eq 0 ] || fail "TZ=$zone: exit code $rc: $out"
+  case $out in *":40 "*) ;; *) fail "TZ=$zone: $out" ;; esac
+done
+
 # A log that stops taking writes half way (here a file size limit) is
 # reported once; the program runs on.
 use_log "$scratch/logs" limited.log

@@ -5,9 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
+#include "exec/open_without_waiting.h"
 #include "lang/civil_calendar.h"
 
 namespace tl {
@@ -336,10 +335,16 @@ std::int64_t local_to_utc(const TimeZone& zone, std::int64_t local) {
 }
 
 int load_zone_file(const std::string& path, std::string_view name, TimeZone& out) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return -1;
-    std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (data.size() > (1u << 20)) return -1;
+    // A zone file is small; a device or a pipe named instead (TZ=/dev/zero)
+    // is neither waited for nor read without end.
+    constexpr std::size_t most = 1u << 20;
+    std::FILE* in = open_without_waiting(path.c_str(), "rb");
+    if (in == nullptr) return -1;
+    std::string data;
+    char chunk[4096];
+    for (std::size_t n = 0; data.size() <= most && (n = std::fread(chunk, 1, sizeof chunk, in)) > 0;) data.append(chunk, n);
+    std::fclose(in);
+    if (data.size() > most) return -1;
     TimeZone z;
     if (!parse_zone_data(data, z)) return -1;
     z.name.assign(name);
