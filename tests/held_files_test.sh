@@ -25,11 +25,24 @@ done
 mkfifo "$scratch/pipe"
 write_settings "WorkPath=$scratch"
 out=$(printf '%s\n' 'open "o", 1, "pipe"' 'open "i", 2, "pipe"' 'print eof(2)' 'close' \
-  'open "b", 3, "pipe"' 'close' 'load "pipe"' 'setdstrules "pipe"' 'print 6 * 7' '' |
+  'open "b", 3, "pipe"' 'load "pipe"' 'setdstrules "pipe"' 'print 6 * 7' '' |
   (cd "$scratch" && timeout -s KILL 10 "$bin" /c 2>&1)); rc=$?
 [ "$rc" -eq 0 ] || fail "fifo: exit code $rc: $out"
 case $out in *'Cannot open "pipe": no program is reading from it.'*) ;; *) fail "fifo: output: $out" ;; esac
 case $out in *"Command:             1"*"no \"standard\" line"*"42"*) ;; *) fail "fifo: $out" ;; esac
+case $out in *'"pipe" is a pipe, without the positions of a BINARY file.'*) ;; *) fail "fifo: BINARY taken: $out" ;; esac
+
+# A pipe whose writer sends nothing: the reading program still hears SIGTERM.
+sleep 30 >"$scratch/pipe" &
+writer=$!
+printf 'open "i", 1, "pipe"\nline input #1, a$\n' >"$scratch/pipe.bas"
+(cd "$scratch" && exec timeout -s KILL 20 "$bin" /c pipe.bas </dev/null >"$scratch/pipe.out" 2>&1) &
+reader=$!
+sleep 1
+kill -TERM $reader  # timeout passes it on
+wait $reader; rc=$?
+kill $writer 2>/dev/null; wait $writer 2>/dev/null
+[ "$rc" -eq 143 ] || fail "pipe without data: exit code $rc: $(cat "$scratch/pipe.out")"
 
 # TZ naming a device without end or a pipe instead of a zone file: neither
 # read for ever nor waited for: the session starts as with an unknown zone.

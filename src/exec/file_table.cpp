@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -92,6 +94,13 @@ std::FILE* open_stream(const OpenRequest& r, std::string& problem) {
         problem = std::string("\"") + r.name + "\" is a folder.";
         return nullptr;
     }
+    const bool pipe = exists && (S_ISFIFO(st.st_mode) || S_ISSOCK(st.st_mode));
+    // Opened for both reading and writing, a pipe is its own writer: a read
+    // would wait for ever. (A RANDOM file seeks first, and fails there.)
+    if (pipe && r.mode == file_mode_binary) {
+        problem = std::string("\"") + r.name + "\" is a pipe, without the positions of a BINARY file.";
+        return nullptr;
+    }
     if (exists && r.mode != file_mode_input) {
         if (const int other = already_open(st, r.number); other != 0) {
             problem = std::string("\"") + r.name + "\" is already open as file #" + std::to_string(other) + ".";
@@ -168,6 +177,27 @@ int take_port_record(FileEntry& f) {
         return report_error(err_serial_input_buffer_overflow_message);
     }
     return 0;
+}
+
+/// The next byte of a text file, or EOF at its end. The reader of a pipe
+/// waits for it here, hearing Ctrl+C, Stop and SIGTERM: then EOF too, with
+/// the interrupt flag set.
+int next_char(FileEntry& f) {
+    for (;;) {
+        errno = 0;
+        const int c = getc_unlocked(f.stream);
+        if (c != EOF || !f.pipe || std::ferror(f.stream) == 0 || errno != EAGAIN) return c;
+        std::clearerr(f.stream);
+        if (interrupt_asked()) return EOF;
+        pollfd p{::fileno(f.stream), POLLIN, 0};
+        (void)::poll(&p, 1, 50);
+    }
+}
+
+/// After a pipe's wait ended by an interruption: 106 (reported), else 0.
+int pipe_interrupted(const FileEntry& f) {
+    if (!f.pipe || !host.flags.interrupt_requested.load()) return 0;
+    return report_error(err_user_interrupted_program);
 }
 
 int read_port_line(FileEntry& f) {
@@ -250,6 +280,12 @@ int open_file(const OpenRequest& r) {
         if (fresh.stream == nullptr) {
             explain(problem);
             return report_at(r.name_column, err_open_file_failed);
+        }
+        struct stat st {};
+        const int fd = ::fileno(fresh.stream);
+        if (r.mode == file_mode_input && ::fstat(fd, &st) == 0 && (S_ISFIFO(st.st_mode) || S_ISSOCK(st.st_mode))) {
+            // Reads of a pipe wait in next_char, where Ctrl+C, Stop and SIGTERM are heard.
+            fresh.pipe = ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK) == 0;
         }
         if (r.mode == file_mode_output || r.mode == file_mode_append) {
             // Every finished line goes to the system at once.
@@ -334,7 +370,7 @@ int read_next_line(FileEntry& f) {
     std::FILE* s = f.stream;
     int c = 0;
     bool any = false;
-    while ((c = getc_unlocked(s)) != EOF) {
+    while ((c = next_char(f)) != EOF) {
         any = true;
         if (c == '\n') break;
         f.input.push_back(static_cast<char>(c));
@@ -345,6 +381,7 @@ int read_next_line(FileEntry& f) {
         std::clearerr(s);
         return report_error(err_error_on_input_file);
     }
+    if (const int rc = pipe_interrupted(f); rc < 0) return rc;
     if (!any) return 0;
     if (!f.input.empty() && f.input.back() == '\r') f.input.pop_back();
     blank_zero_bytes(f.input);
@@ -388,7 +425,7 @@ int read_characters(FileEntry& f, std::size_t count, std::string& out) {
         return static_cast<int>(out.size());
     }
     while (out.size() < count) {
-        const int c = getc_unlocked(f.stream);
+        const int c = next_char(f);
         if (c == EOF) break;
         out.push_back(static_cast<char>(c));
     }
@@ -396,6 +433,7 @@ int read_characters(FileEntry& f, std::size_t count, std::string& out) {
         std::clearerr(f.stream);
         return report_error(err_error_on_input_file);
     }
+    if (const int rc = pipe_interrupted(f); rc < 0) return rc;
     return static_cast<int>(out.size());
 }
 
@@ -404,7 +442,7 @@ void blank_zero_bytes(std::string& text) { std::replace(text.begin(), text.end()
 bool at_end_of_file(FileEntry& f) {
     if (f.input_loaded && f.input_position < f.input.size()) return false;
     if (f.stream == nullptr) return true;
-    const int c = getc_unlocked(f.stream);
+    const int c = next_char(f);
     if (c == EOF) {
         std::clearerr(f.stream);
         return true;

@@ -118,6 +118,7 @@ struct FileEntry {
     bool input_loaded = false;           ///< `input` holds a line not used up
     bool skip_line_feed = false;         ///< a port's last record ended with CR
     bool skip_message = false;           ///< the rest of a port's too-long message is still coming
+    bool pipe = false;                   ///< an INPUT file that is a pipe: reads wait without blocking
     char name[261] = {};                 ///< the name given to OPEN, for messages
 };
 
